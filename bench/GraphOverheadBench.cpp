@@ -9,7 +9,7 @@ namespace Tw::Test {
 namespace {
 
 void chainOfThreeForOnePixel(benchmark::State& state, bool reduce) {
-    Host host;
+    BareHost host;
     host.threadCount = static_cast<uint32_t>(state.range(0));
     ImageBuffer source = patternImage(nullptr, {0, 0, 1, 1});
     ImageBuffer output;

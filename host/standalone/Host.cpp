@@ -57,6 +57,24 @@ void Host::thread(Image::ThreadFunction function, void* closure, uint32_t thread
     }
 }
 
+int32_t Host::render(Param::Parameters& params, Image::ImageBuffer& input, Image::ImageBuffer& output,
+                     Image::LayerImages layers) {
+    setOutputFrame(&output);
+    Image::ImageBuffer aux(this);
+    aux.rect = input.rect;
+    try {
+        renderFrame(params, input, output, aux, layers);
+    } catch (const Interrupted&) {
+        setOutputFrame(nullptr);
+        return abortCode();
+    } catch (...) {
+        setOutputFrame(nullptr);
+        throw;
+    }
+    setOutputFrame(nullptr);
+    return ErrorCode::kNone;
+}
+
 void Host::checkAbort(uint32_t threadIndex) {
     if (abortCode() != ErrorCode::kNone) throw Interrupted();
     if (threadIndex != 0) return;

@@ -1,5 +1,6 @@
 // Tw::Host::Standalone::Host: what runs the filter graph where no After Effects host exists (the
-// command-line tool, the frei0r plug-ins, the tests).
+// command-line tool, the frei0r plug-ins, the tests). Like the After Effects adapter, it is the base of
+// every effect: the plug-in template supplies the effect's operations, and `render` drives them.
 //
 // It spreads work over a persistent WorkerPool with the same worker numbering and band split as a host's
 // threads, folds progress through the same levels, and stops a render the same way: once the caller's
@@ -12,12 +13,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <vector>
 
+#include "host/param/Parameters.h"
 #include "host/standalone/WorkerPool.h"
 #include "image/core/CpuFeatures.h"
 #include "image/core/Exception.h"
 #include "image/core/ImageBuffer.h"
 #include "image/graph/GraphHost.h"
+#include "image/graph/LayerRequest.h"
 #include "image/graph/Progress.h"
 
 namespace Tw::Host::Standalone {
@@ -36,6 +40,23 @@ public:
     using ProgressCallback = std::function<bool(uint64_t done, uint64_t total)>;
 
     explicit Host(WorkerPool& pool = WorkerPool::shared()) : pool_(pool) {}
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+    virtual ~Host() = default;
+
+    // The effect, as the plug-in template supplies it.
+    virtual const char* effectName() const = 0;
+    virtual void defineParameters(Param::Parameters& list) = 0;
+    virtual void renderFrame(Param::Parameters& params, Image::ImageBuffer& in, Image::ImageBuffer& out,
+                             Image::ImageBuffer& aux, Image::LayerImages layers) = 0;
+    virtual Image::PixelRect inputRect(Param::Parameters& params, const Image::PixelRect& request,
+                                       const Image::PixelRect& limit,
+                                       std::vector<Image::LayerRequest>& requests) = 0;
+
+    // Renders the effect over `input` into `output`, reading further layers by ordinal. Returns 0, or the
+    // abort code when the render was cancelled; other failures are thrown.
+    int32_t render(Param::Parameters& params, Image::ImageBuffer& input, Image::ImageBuffer& output,
+                   Image::LayerImages layers = {});
 
     void setProgressCallback(ProgressCallback callback) { progressCallback_ = std::move(callback); }
     // A flag the caller may set from any thread or a signal handler; the render stops at its next check.

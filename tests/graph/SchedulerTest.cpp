@@ -21,7 +21,7 @@ protected:
         return image;
     }
 
-    Host host;
+    BareHost host;
 };
 
 TEST_F(SchedulerTest, ChainOfPerPixelNodesRunsInTheOutputBufferAtEveryFormat) {
@@ -31,7 +31,7 @@ TEST_F(SchedulerTest, ChainOfPerPixelNodesRunsInTheOutputBufferAtEveryFormat) {
         const PixelRect rect{0, 0, 40, 30};
         ImageBuffer source = patternImage(nullptr, rect, format);
         ImageBuffer out = output(rect, format);
-        Host chainHost;
+        BareHost chainHost;
         Layer layer(&source);
         OffsetFilter first(layer, 0.125f), second(first, 0.125f), third(second, 0.125f);
 
@@ -231,7 +231,7 @@ TEST_F(SchedulerTest, ResultsDoNotDependOnTheNumberOfWorkers) {
     ImageBuffer source = patternImage(nullptr, rect);
     std::vector<std::vector<float>> results;
     for (uint32_t workers : {1u, 2u, 3u, 7u, 40u}) {
-        Host workersHost;
+        BareHost workersHost;
         workersHost.threadCount = workers;
         Layer layer(&source);
         BoxFilter box(layer, 3);

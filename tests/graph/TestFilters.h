@@ -9,11 +9,11 @@
 #include <stdexcept>
 #include <vector>
 
-#include "host/standalone/Host.h"
 #include "image/graph/Filter.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
+#include "tests/support/BareHost.h"
 
 namespace Tw::Test {
 

@@ -6,13 +6,14 @@
 #include <set>
 #include <thread>
 
-#include "host/standalone/Host.h"
 #include "image/core/ImageBuffer.h"
+#include "tests/support/BareHost.h"
 
 namespace Tw::Host::Standalone {
 namespace {
 
 using ::testing::ElementsAre;
+using Tw::Test::BareHost;
 
 // Calls `body(slice, threadIndex)` from host.thread.
 template <class Body>
@@ -26,7 +27,7 @@ void runThreads(Host& host, uint32_t threads, Body body) {
 }
 
 TEST(StandaloneHost, SingleWorkerRunsOnTheCallingThreadAndLetsExceptionsThrough) {
-    Host host;
+    BareHost host;
     host.threadCount = 1;
     std::thread::id ranOn;
     uint32_t calls = 0;
@@ -54,7 +55,7 @@ TEST(StandaloneHost, SingleWorkerRunsOnTheCallingThreadAndLetsExceptionsThrough)
 
 TEST(StandaloneHost, EverySliceRunsOnceOnAWorkerWithAStableIndex) {
     WorkerPool pool(3);
-    Host host(pool);
+    BareHost host(pool);
     for (uint32_t slices : {2u, 3u, 10u}) {
         std::mutex mutex;
         std::multiset<uint32_t> seen;
@@ -82,7 +83,7 @@ TEST(StandaloneHost, EverySliceRunsOnceOnAWorkerWithAStableIndex) {
 TEST(StandaloneHost, WorkerFailuresReachTheCallerAsOneException) {
     WorkerPool pool(4);
     const auto failIn = [&](uint32_t failingSlice, auto throwIt) {
-        Host host(pool);
+        BareHost host(pool);
         runThreads(host, 4, [&](uint32_t slice, uint32_t) {
             if (slice == failingSlice) throwIt();
         });
@@ -101,7 +102,7 @@ TEST(StandaloneHost, WorkerFailuresReachTheCallerAsOneException) {
 
 TEST(StandaloneHost, CancelStopsTheRenderOnEveryThreadFromThenOn) {
     std::atomic<bool> cancel{false};
-    Host host;
+    BareHost host;
     host.setCancelFlag(&cancel);
     host.checkAbort(0);
     cancel = true;
@@ -115,7 +116,7 @@ TEST(StandaloneHost, CancelStopsTheRenderOnEveryThreadFromThenOn) {
 
 TEST(StandaloneHost, AbortInAWorkerBandReachesTheCaller) {
     WorkerPool pool(2);
-    Host host(pool);
+    BareHost host(pool);
     host.setProgressCallback([](uint64_t, uint64_t) { return false; });
     EXPECT_THROW(runThreads(host, 0,
                             [&](uint32_t, uint32_t threadIndex) {
@@ -127,7 +128,7 @@ TEST(StandaloneHost, AbortInAWorkerBandReachesTheCaller) {
 }
 
 TEST(StandaloneHost, ProgressIsFoldedThroughTheLevelsOnThreadZeroOnly) {
-    Host host;
+    BareHost host;
     std::vector<std::pair<uint64_t, uint64_t>> reports;
     host.setProgressCallback([&](uint64_t done, uint64_t total) {
         reports.emplace_back(done, total);
@@ -153,7 +154,7 @@ TEST(StandaloneHost, ProgressIsFoldedThroughTheLevelsOnThreadZeroOnly) {
 }
 
 TEST(StandaloneHost, PixelMemoryIsCountedAndCanBeLimited) {
-    Host host;
+    BareHost host;
     {
         Image::ImageBuffer a(&host), b(&host);
         a.allocateDepth({0, 0, 10, 10}, 8);   // 10 * 4 bytes padded to 64 per row

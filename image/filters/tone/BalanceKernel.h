@@ -1,0 +1,134 @@
+// The kernel of the Balance family: each colour component mapped linearly, optionally through a gamma
+// first, then limited; alpha passes unchanged, bit for bit.
+//
+// Per component c (red, green, blue), with v the component as it stands in the image:
+//     m = gamma ? pow(v, invGamma) : v;   r = m * scale[c] + offset[c]
+// Integer images use their raw values (0..255, 0..32768), so a gamma gives a different image at each
+// depth; offsets are in units of white, and results are limited to 0..white and rounded to nearest-even.
+// Float results are raised to at least 0 and, with clamp, limited to at most 1.
+#pragma once
+
+#include <array>
+#include <limits>
+
+#include "image/graph/ImageView.h"
+#include "image/graph/KernelDispatch.h"
+#include "image/graph/PixelSpans.h"
+#include "image/graph/Progress.h"
+#include "image/graph/VectorMath.h"
+
+namespace Tw::Image {
+
+// Scales and offsets for red, green, blue and alpha; offsets are fractions of white.
+struct ScaleAndOffset {
+    std::array<float, 4> scale{1, 1, 1, 1};
+    std::array<float, 4> offset{0, 0, 0, 0};
+};
+
+// The scale and offset that map the range fromLow..fromHigh onto toLow..toHigh. Equal from ends give
+// the steepest slope allowed, 255.
+inline void rangeScale(float fromLow, float fromHigh, float toLow, float toHigh, float& scale,
+                       float& offset) {
+    const float slope = fromLow == fromHigh ? 1e38f : (toHigh - toLow) / (fromHigh - fromLow);
+    scale = std::min(255.0f, slope);
+    offset = toLow - fromLow * scale;
+}
+
+inline float inverseGamma(float gamma) {
+    return gamma > 0.001f ? 1.0f / gamma : 999.99994f;
+}
+
+struct BalanceSettings {
+    ScaleAndOffset map;
+    float gamma = 1;
+    bool clamp = false;
+};
+
+// One pixel vector of the kernel, parameters laid out in the memory order of Layout.
+template <class Layout, int Lanes, bool WithGamma>
+struct BalancePixels {
+    using T = typename Layout::Component;
+    using F = FloatVector<Lanes>;
+
+    explicit BalancePixels(const BalanceSettings& settings) {
+        constexpr int logical[4] = {Layout::red, Layout::green, Layout::blue, Layout::alpha};
+        float scaleByPosition[4], offsetByPosition[4], alphaByPosition[4] = {0, 0, 0, 0};
+        for (int c = 0; c < 4; ++c) {
+            scaleByPosition[logical[c]] = settings.map.scale[c];
+            offsetByPosition[logical[c]] = settings.map.offset[c] * Layout::white;
+        }
+        alphaByPosition[Layout::alpha] = 1;
+        scale = repeatPixel<Lanes>(scaleByPosition);
+        offset = repeatPixel<Lanes>(offsetByPosition);
+        isAlpha = repeatPixel<Lanes>(alphaByPosition) != 0.0f;
+        invGamma = inverseGamma(settings.gamma);
+        const bool integer = !std::is_floating_point_v<T>;
+        upper = integer ? Layout::white : settings.clamp ? 1.0f : std::numeric_limits<float>::infinity();
+    }
+
+    void apply(const T* in, T* out) const {
+        const F v = loadComponents<Lanes>(in);
+        F r = (WithGamma ? power<Lanes>(v, invGamma) : v) * scale + offset;
+        r = min<Lanes>(max<Lanes>(r, F{}), F{} + upper);
+        if constexpr (std::is_floating_point_v<T>) {
+            // Alpha keeps its bits, negative zero and values beyond 1 included.
+            const auto bits =
+                isAlpha ? std::bit_cast<IntVector<Lanes>>(v) : std::bit_cast<IntVector<Lanes>>(r);
+            std::memcpy(out, &bits, sizeof bits);
+        } else {
+            storeComponents<Lanes>(out, isAlpha ? v : r);
+        }
+    }
+
+    F scale, offset;
+    IntVector<Lanes> isAlpha;
+    float invGamma;
+    float upper;
+};
+
+// Runs the kernel over `band` of `output`, reading `input` at the same places.
+template <class Host>
+void computeBalanceTile(Host& host, ImageBuffer& output, const ImageBuffer& input, const PixelRect& band,
+                        uint32_t threadIndex, const BalanceSettings& settings) {
+    dispatchKernel(output, host.cpuFeatures(), [&](auto layout, auto isa) {
+        using Layout = decltype(layout);
+        using T = typename Layout::Component;
+        constexpr int lanes = decltype(isa)::floatLanes < 4 ? 4 : decltype(isa)::floatLanes;
+        constexpr int pixelsPerVector = lanes / 4;
+        const auto run = [&]<bool WithGamma>() {
+            const BalancePixels<Layout, lanes, WithGamma> wide(settings);
+            const BalancePixels<Layout, 4, WithGamma> single(settings);
+            const auto out = ImageView<T>::of(output);
+            const auto in = ImageView<T>::of(input);
+            const PixelRect inputRect = in.hasPixels() ? in.rect : PixelRect::empty();
+            T black[4] = {}, blackResult[4];
+            single.apply(black, blackResult);
+            HostProgress<Host> progress(host, threadIndex);
+            forEachRow(band, progress, [&](int32_t y) {
+                forEachInputSpan(
+                    band, y, inputRect,
+                    [&](int32_t begin, int32_t end) {
+                        const T* source = in.at(begin, y);
+                        T* target = out.at(begin, y);
+                        int32_t x = begin;
+                        for (; x + pixelsPerVector <= end;
+                             x += pixelsPerVector, source += lanes, target += lanes)
+                            wide.apply(source, target);
+                        for (; x < end; ++x, source += 4, target += 4)
+                            single.apply(source, target);
+                    },
+                    [&](int32_t begin, int32_t end) {
+                        for (T* target = out.at(begin, y); begin < end; ++begin, target += 4)
+                            std::copy(blackResult, blackResult + 4, target);
+                    });
+            });
+        };
+        if (settings.gamma == 1.0f) {
+            run.template operator()<false>();
+        } else {
+            run.template operator()<true>();
+        }
+    });
+}
+
+}  // namespace Tw::Image

@@ -1,0 +1,131 @@
+// FilterPlugin: the template that turns a filter chain into an effect.
+//
+// An effect says three things: its parameters (`defineParameters`), how to build its nodes from their
+// values (`makeFilters` of its filter set), and its names. Everything else is one body here, the same for
+// every effect and every host: the chain is built afresh for each question, so the rectangles asked
+// before a render come from the same nodes that then render, and no separate bounds logic can drift.
+// Chains hold no state between questions and their constructors do no pixel work.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <algorithm>
+
+#include "host/param/Parameters.h"
+#include "image/graph/Filter.h"
+#include "image/graph/LayerRequest.h"
+#include "image/graph/Scheduler.h"
+
+namespace Tw::Image {
+
+namespace Param = ::Tw::Host::Param;
+
+// The nodes of one question, in creation order, with the sources they start from. Deletes its nodes, in
+// that order, when the question is answered.
+template <class Host>
+class FilterChain {
+public:
+    using Node = FilterBase<Host>;
+
+    FilterChain(Host& host, FilterLayer<Host>& source, std::span<FilterLayer<Host>* const> layers)
+        : host_(host), source_(source), layers_(layers) {}
+    FilterChain(const FilterChain&) = delete;
+    FilterChain& operator=(const FilterChain&) = delete;
+    ~FilterChain() {
+        for (auto& node : nodes_)
+            node.reset();
+    }
+
+    // Creates a node that lives as long as the chain.
+    template <class NodeType, class... Arguments>
+    NodeType& add(Arguments&&... arguments) {
+        auto node = std::make_unique<NodeType>(std::forward<Arguments>(arguments)...);
+        NodeType& added = *node;
+        nodes_.push_back(std::move(node));
+        return added;
+    }
+
+    Host& host() { return host_; }
+    // The effect's own layer.
+    FilterLayer<Host>& source() { return source_; }
+    // The source of the `ordinal`-th layer parameter, counted from 1; null when the effect has no such
+    // parameter or no layer is chosen in it.
+    FilterLayer<Host>* layer(int ordinal) {
+        const auto index = static_cast<std::size_t>(ordinal - 1);
+        return ordinal >= 1 && index < layers_.size() ? layers_[index] : nullptr;
+    }
+
+private:
+    Host& host_;
+    FilterLayer<Host>& source_;
+    std::span<FilterLayer<Host>* const> layers_;
+    std::vector<std::unique_ptr<Node>> nodes_;
+};
+
+template <class Host, class Filters>
+class FilterPlugin : public Host {
+public:
+    using Host::Host;
+
+    // Builds the chain over `in` and evaluates it into `out`.
+    void renderFrame(Param::Parameters& params, ImageBuffer& in, ImageBuffer& out, ImageBuffer& /*aux*/,
+                     LayerImages layers) override {
+        FilterLayer<Host> source(&in);
+        LayerSources sources(layers);
+        FilterChain<Host> chain(*this, source, sources.nodes);
+        prepareGraph(Filters::makeFilters(chain, params), static_cast<Host&>(*this), out);
+    }
+
+    // The region of the effect's own layer needed for `request`, with one request per further layer that
+    // the chain reads, appended to `requests`. The layers are taken to extend to `limit`.
+    PixelRect inputRect(Param::Parameters& params, const PixelRect& request, const PixelRect& limit,
+                        std::vector<LayerRequest>& requests) override {
+        FilterLayer<Host> source(nullptr, limit);
+        LayerSources sources(layerCount(params), limit);
+        FilterChain<Host> chain(*this, source, sources.nodes);
+        requestRegion(Filters::makeFilters(chain, params), request);
+        for (std::size_t i = 0; i < sources.nodes.size(); ++i) {
+            requests.push_back({static_cast<int>(i) + 1, sources.nodes[i]->outputRect, 0});
+        }
+        return source.outputRect;
+    }
+
+    // False when the chain over `rect` is the source itself: the effect has nothing to do.
+    bool chainIsActive(Param::Parameters& params, const PixelRect& rect) {
+        FilterLayer<Host> source(nullptr, rect);
+        LayerSources sources(layerCount(params), rect);
+        FilterChain<Host> chain(*this, source, sources.nodes);
+        return &Filters::makeFilters(chain, params) != &source;
+    }
+
+private:
+    static std::size_t layerCount(const Param::Parameters& params) {
+        return static_cast<std::size_t>(
+            std::count_if(params.records.begin(), params.records.end(),
+                          [](const auto& r) { return r.kind == Param::ParamKind::Layer; }));
+    }
+
+    // Source nodes of the further layers, for one question.
+    struct LayerSources {
+        // Over images; a layer that is not chosen has no node.
+        explicit LayerSources(LayerImages images) {
+            for (ImageBuffer* image : images)
+                add(image ? std::make_unique<FilterLayer<Host>>(image) : nullptr);
+        }
+        // Over rectangles alone, before any image exists.
+        LayerSources(std::size_t count, const PixelRect& limit) {
+            for (std::size_t i = 0; i < count; ++i)
+                add(std::make_unique<FilterLayer<Host>>(nullptr, limit));
+        }
+        void add(std::unique_ptr<FilterLayer<Host>> node) {
+            nodes.push_back(node.get());
+            owned.push_back(std::move(node));
+        }
+        std::vector<std::unique_ptr<FilterLayer<Host>>> owned;
+        std::vector<FilterLayer<Host>*> nodes;
+    };
+};
+
+}  // namespace Tw::Image

@@ -1,0 +1,80 @@
+// Vectors of pixel components for kernels, written once for every processor variant.
+//
+// Every function here is always inlined: it becomes part of the variant function that calls it, and a
+// vector never crosses a call whose convention depends on the instruction set.
+//
+// A vector of `Lanes` floats holds Lanes / 4 whole pixels, components in memory order. The types are the
+// compiler's generic vectors, so the same source becomes SSE2, SSE4.1 or AVX2 code depending on the
+// variant function it is inlined into (see KernelDispatch.h). Every operation here is exact IEEE
+// arithmetic with no contraction, so all variants give the same bits.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+namespace Tw::Image {
+
+template <class T, int Lanes>
+using Vector [[gnu::vector_size(Lanes * sizeof(T))]] = T;
+
+template <int Lanes>
+using FloatVector = Vector<float, Lanes>;
+template <int Lanes>
+using IntVector = Vector<int32_t, Lanes>;
+
+// Loads `Lanes` components as floats.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline FloatVector<Lanes> loadComponents(const T* components) {
+    Vector<T, Lanes> raw;
+    std::memcpy(&raw, components, sizeof raw);
+    if constexpr (std::is_same_v<T, float>) {
+        return raw;
+    } else {
+        // Through 32-bit integers: converting narrow integers straight to float is done lane by lane.
+        return __builtin_convertvector(__builtin_convertvector(raw, IntVector<Lanes>), FloatVector<Lanes>);
+    }
+}
+
+// Rounds to the nearest integer, ties to even, for |x| below 2^22: adding and taking away 1.5 * 2^23
+// leaves no fraction bits, whatever instructions the variant has.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> roundToNearestEven(FloatVector<Lanes> x) {
+    constexpr float kShift = 0x1.8p23f;
+    return (x + kShift) - kShift;
+}
+
+// Stores float components, already limited to the integer range where T is an integer, rounding them
+// to nearest-even.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline void storeComponents(T* components, FloatVector<Lanes> values) {
+    if constexpr (std::is_same_v<T, float>) {
+        std::memcpy(components, &values, sizeof values);
+    } else {
+        const auto integers = __builtin_convertvector(roundToNearestEven<Lanes>(values), IntVector<Lanes>);
+        const auto narrow = __builtin_convertvector(integers, Vector<T, Lanes>);
+        std::memcpy(components, &narrow, sizeof narrow);
+    }
+}
+
+// A float vector whose lanes repeat the four values of one pixel.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> repeatPixel(const float (&pixel)[4]) {
+    FloatVector<Lanes> v;
+    for (int lane = 0; lane < Lanes; ++lane)
+        v[lane] = pixel[lane % 4];
+    return v;
+}
+
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> max(FloatVector<Lanes> a, FloatVector<Lanes> b) {
+    return a < b ? b : a;
+}
+
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> min(FloatVector<Lanes> a, FloatVector<Lanes> b) {
+    return a > b ? b : a;
+}
+
+}  // namespace Tw::Image

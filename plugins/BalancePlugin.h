@@ -1,0 +1,53 @@
+// "Balance": one range map, gamma and clamp for red, green and blue.
+#pragma once
+
+#include "host/param/Parameters.h"
+#include "image/filters/tone/BalanceFilter.h"
+#include "image/graph/FilterPlugin.h"
+#include "plugins/EffectInputs.h"
+
+namespace Tw::Plugins {
+
+namespace Param = ::Tw::Host::Param;
+
+// The range sliders and "Gamma", as Balance and Balance RGB declare them.
+inline Param::ParamRecord rangeSlider(const char* label, double defaultPercent) {
+    return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
+}
+inline Param::ParamRecord gammaSlider() {
+    return Param::ParamRecord::floatSlider("Gamma", 1, 0, 5);
+}
+
+// A percent slider as the filters take it: a fraction, narrowed to single precision first.
+inline float fraction(const Param::Parameters& params, int index) {
+    return static_cast<float>(params.getFloat(index)) / 100.0f;
+}
+
+template <class Host>
+struct BalancePluginFilters {
+    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+        return chain.template add<Image::BalanceFilter<Host>>(
+            chain.source(), fraction(params, 0), fraction(params, 1), fraction(params, 2),
+            fraction(params, 3), static_cast<float>(params.getFloat(4)), params.getBool(5));
+    }
+};
+
+template <class Host>
+class BalancePlugin final : public Image::FilterPlugin<Host, BalancePluginFilters<Host>> {
+public:
+    static constexpr const char* displayName = "Balance";
+    static constexpr EffectInputs inputs = EffectInputs::Filter;
+
+    using Image::FilterPlugin<Host, BalancePluginFilters<Host>>::FilterPlugin;
+    const char* effectName() const override { return displayName; }
+    void defineParameters(Param::Parameters& list) override {
+        list.records.push_back(rangeSlider("From Low", 0));
+        list.records.push_back(rangeSlider("From High", 100));
+        list.records.push_back(rangeSlider("To Low", 0));
+        list.records.push_back(rangeSlider("To High", 100));
+        list.records.push_back(gammaSlider());
+        list.records.push_back(Param::ParamRecord::checkbox("Clamp", false));
+    }
+};
+
+}  // namespace Tw::Plugins

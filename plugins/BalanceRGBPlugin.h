@@ -1,0 +1,46 @@
+// "Balance RGB": the master range map of "Balance", then one range map per channel.
+#pragma once
+
+#include "image/filters/tone/BalanceRGBFilter.h"
+#include "plugins/BalancePlugin.h"
+
+namespace Tw::Plugins {
+
+template <class Host>
+struct BalanceRGBPluginFilters {
+    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+        const auto channels = [&](int index) {
+            const Param::ParamColor c = params.getColor(index);
+            return std::array<float, 3>{static_cast<float>(c.red), static_cast<float>(c.green),
+                                        static_cast<float>(c.blue)};
+        };
+        return chain.template add<Image::BalanceRGBFilter<Host>>(
+            chain.source(), fraction(params, 0), fraction(params, 1), fraction(params, 2),
+            fraction(params, 3), static_cast<float>(params.getFloat(8)), channels(4), channels(5),
+            channels(6), channels(7), params.getBool(9));
+    }
+};
+
+template <class Host>
+class BalanceRGBPlugin final : public Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>> {
+public:
+    static constexpr const char* displayName = "Balance RGB";
+    static constexpr EffectInputs inputs = EffectInputs::Filter;
+
+    using Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>>::FilterPlugin;
+    const char* effectName() const override { return displayName; }
+    void defineParameters(Param::Parameters& list) override {
+        list.records.push_back(rangeSlider("From Low", 0));
+        list.records.push_back(rangeSlider("From High", 100));
+        list.records.push_back(rangeSlider("To Low", 0));
+        list.records.push_back(rangeSlider("To High", 100));
+        list.records.push_back(Param::ParamRecord::color("From Low RGB", {0, 0, 0}));
+        list.records.push_back(Param::ParamRecord::color("From High RGB", {1, 1, 1}));
+        list.records.push_back(Param::ParamRecord::color("To Low RGB", {0, 0, 0}));
+        list.records.push_back(Param::ParamRecord::color("To High RGB", {1, 1, 1}));
+        list.records.push_back(gammaSlider());
+        list.records.push_back(Param::ParamRecord::checkbox("Clamp", false));
+    }
+};
+
+}  // namespace Tw::Plugins

@@ -1,0 +1,236 @@
+// "Balance" and "Balance RGB" against values worked out from their formulas, at every depth and order.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "host/standalone/Host.h"
+#include "plugins/BalancePlugin.h"
+#include "plugins/BalanceRGBPlugin.h"
+#include "tests/support/BareHost.h"
+
+namespace Tw::Plugins {
+namespace {
+
+using Image::fourCC;
+using Image::ImageBuffer;
+using Image::PixelFormat;
+using StandaloneHost = Tw::Host::Standalone::Host;
+
+// One pixel as red, green, blue, alpha in the image's own units.
+using Pixel = std::array<double, 4>;
+
+const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
+                                fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
+
+ImageBuffer imageOf(const std::vector<Pixel>& pixels, PixelFormat format) {
+    ImageBuffer image;
+    image.allocate({0, 0, static_cast<int32_t>(pixels.size()), 1}, format);
+    const auto positions = Image::componentPositions(format).value();
+    Image::dispatchLayout(image, [&](auto layout) {
+        using T = typename decltype(layout)::Component;
+        auto* row = reinterpret_cast<T*>(image.pixels());
+        for (std::size_t x = 0; x < pixels.size(); ++x)
+            for (int c = 0; c < 4; ++c)
+                row[x * 4 + positions[c]] = static_cast<T>(pixels[x][c]);
+    });
+    return image;
+}
+
+std::vector<Pixel> pixelsOf(const ImageBuffer& image) {
+    std::vector<Pixel> pixels(static_cast<std::size_t>(image.rect.width()));
+    const auto positions = Image::componentPositions(image.pixelFormat()).value();
+    Image::dispatchLayout(image, [&](auto layout) {
+        using T = typename decltype(layout)::Component;
+        const auto* row = reinterpret_cast<const T*>(image.pixels());
+        for (std::size_t x = 0; x < pixels.size(); ++x)
+            for (int c = 0; c < 4; ++c)
+                pixels[x][c] = row[x * 4 + positions[c]];
+    });
+    return pixels;
+}
+
+struct Settings {
+    double fromLow = 0, fromHigh = 100, toLow = 0, toHigh = 100, gamma = 1;
+    bool clamp = false;
+};
+
+template <template <class> class Plugin = BalancePlugin>
+std::vector<Pixel> render(const Settings& s, const std::vector<Pixel>& pixels, PixelFormat format,
+                          Image::CpuFeatures featureMask = ~0u,
+                          std::function<void(Param::Parameters&)> more = {}) {
+    Plugin<StandaloneHost> effect;
+    effect.featureMask = featureMask;
+    Param::Parameters params;
+    effect.defineParameters(params);
+    const int gammaIndex = static_cast<int>(params.records.size()) - 2;
+    params.setFloat(0, s.fromLow);
+    params.setFloat(1, s.fromHigh);
+    params.setFloat(2, s.toLow);
+    params.setFloat(3, s.toHigh);
+    params.setFloat(gammaIndex, s.gamma);
+    params.setBool(s.clamp, gammaIndex + 1);
+    if (more) more(params);
+    ImageBuffer in = imageOf(pixels, format);
+    ImageBuffer out;
+    out.allocate(in.rect, format);
+    EXPECT_EQ(effect.render(params, in, out), 0);
+    return pixelsOf(out);
+}
+
+// The map as the formulas give it, in float as the kernel computes it.
+double expected(const Settings& s, double v, int depth) {
+    const float fl = static_cast<float>(s.fromLow) / 100, fh = static_cast<float>(s.fromHigh) / 100;
+    const float tl = static_cast<float>(s.toLow) / 100, th = static_cast<float>(s.toHigh) / 100;
+    const float scale = std::min(255.0f, fl == fh ? 1e38f : (th - tl) / (fh - fl));
+    const float white = depth == 8 ? 255.0f : depth == 16 ? 32768.0f : 1.0f;
+    const float offset = (tl - fl * scale) * white;
+    const float m = s.gamma == 1 ? static_cast<float>(v)
+                                 : std::pow(static_cast<float>(v), 1.0f / static_cast<float>(s.gamma));
+    const float r = std::max(m * scale + offset, 0.0f);
+    if (depth == 32) return s.clamp ? std::min(r, 1.0f) : r;
+    return std::nearbyint(std::min(r, white));
+}
+
+double whiteOf(PixelFormat format) {
+    const int depth = Image::formatDepth(format);
+    return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
+}
+
+// Fractions of white as the image's own values: whole numbers at the integer depths.
+std::vector<Pixel> inUnits(const std::vector<Pixel>& fractions, PixelFormat format) {
+    std::vector<Pixel> pixels = fractions;
+    const double white = whiteOf(format);
+    for (Pixel& p : pixels)
+        for (double& c : p)
+            c = white == 1 ? c : std::round(c * white);
+    return pixels;
+}
+
+TEST(Balance, LinearMapsAtEveryDepthAndOrder) {
+    const Settings settings[] = {
+        {20, 80, 10, 90, 1, false},   // a plain map
+        {50, 50, 30, 100, 1, false},  // equal from ends: the steepest slope, 255
+        {80, 20, 0, 100, 1, true},    // a negative slope
+        {0, 50, 0, 100, 1, false},    // doubles, with no upper limit on float
+    };
+    const std::vector<Pixel> fractions = {{0, 0.1, 0.5, 1}, {0.3, 0.77, 1, 0.5}, {0.51, 0.49, 0.123, 0}};
+    for (const PixelFormat format : kFormats) {
+        const int depth = Image::formatDepth(format);
+        const auto in = inUnits(fractions, format);
+        for (const Settings& s : settings) {
+            SCOPED_TRACE(testing::Message()
+                         << "depth " << depth << " from " << s.fromLow << ".." << s.fromHigh);
+            const auto out = render(s, in, format);
+            for (std::size_t x = 0; x < in.size(); ++x) {
+                for (int c = 0; c < 3; ++c)
+                    EXPECT_NEAR(out[x][c], expected(s, in[x][c], depth), depth == 32 ? 2e-7 : 0);
+                EXPECT_EQ(out[x][3], in[x][3]);
+            }
+        }
+    }
+}
+
+TEST(Balance, GammaWorksOnTheRawValuesOfEachDepth) {
+    Settings squareRoot;
+    squareRoot.gamma = 2;
+    EXPECT_EQ(render(squareRoot, {{255, 100, 0, 255}}, fourCC("argb"))[0], (Pixel{16, 10, 0, 255}));
+    EXPECT_EQ(render(squareRoot, {{32768, 10000, 0, 7}}, fourCC("Bgra"))[0], (Pixel{181, 100, 0, 7}));
+    const Pixel floats = render(squareRoot, {{1, 0.25, 0.0625, 0.5}}, fourCC("ae32"))[0];
+    EXPECT_NEAR(floats[0], 1.0, 1e-6);
+    EXPECT_NEAR(floats[1], 0.5, 1e-6);
+    EXPECT_NEAR(floats[2], 0.25, 1e-6);
+    EXPECT_EQ(floats[3], 0.5);
+
+    // A gamma of 0 takes 1/gamma as 999.99994: everything above 1 saturates, 1 and 0 stay.
+    Settings zero;
+    zero.gamma = 0;
+    EXPECT_EQ(render(zero, {{2, 1, 0, 9}}, fourCC("argb"))[0], (Pixel{255, 1, 0, 9}));
+}
+
+TEST(Balance, NeutralSettingsCopyOrClamp) {
+    const std::vector<Pixel> floats = {{1.5, -0.25, 0.5, 1.75}};
+    // All defaults with clamp off: the node is gone and the input comes through as it is.
+    EXPECT_EQ(render({}, floats, fourCC("ae32")), floats);
+    Settings clamped;
+    clamped.clamp = true;
+    EXPECT_EQ(render(clamped, floats, fourCC("ae32"))[0], (Pixel{1, 0, 0.5, 1.75}));
+    EXPECT_EQ(render(clamped, {{255, 17, 0, 3}}, fourCC("bgra"))[0], (Pixel{255, 17, 0, 3}));
+    EXPECT_EQ(render(clamped, {{32768, 1, 0, 32768}}, fourCC("ae16"))[0], (Pixel{32768, 1, 0, 32768}));
+    // Without clamp a float result stays above 1, and a negative one becomes 0 all the same.
+    Settings stretch{0, 50, 10, 100, 1, false};
+    EXPECT_EQ(render(stretch, {{1.5, -0.5, 0, 2}}, fourCC("BGra"))[0],
+              (Pixel{expected(stretch, 1.5, 32), 0, expected(stretch, 0, 32), 2}));
+}
+
+TEST(Balance, EveryProcessorVariantGivesTheSameBits) {
+    std::vector<Pixel> fractions;
+    for (int i = 0; i < 37; ++i)
+        fractions.push_back({i / 36.0, (36 - i) / 36.0, (i * 7 % 37) / 36.0, 0.5});
+    const Image::CpuFeatures variants[] = {~0u, ~Image::CpuFeature::kAvx2,
+                                           ~(Image::CpuFeature::kAvx2 | Image::CpuFeature::kSse41), 0u};
+    for (const PixelFormat format : kFormats) {
+        for (const Settings& s : {Settings{10, 90, 5, 95, 1, true}, Settings{10, 90, 5, 95, 2.2, false}}) {
+            const auto in = inUnits(fractions, format);
+            const auto reference = render(s, in, format, variants[0]);
+            for (const auto mask : variants)
+                EXPECT_EQ(render(s, in, format, mask), reference) << std::hex << mask;
+        }
+    }
+}
+
+TEST(Balance, AnInputSmallerThanTheOutputReadsAsTransparentBlack) {
+    BalancePlugin<StandaloneHost> effect;
+    Param::Parameters params;
+    effect.defineParameters(params);
+    params.setFloat(2, 20);  // To Low: black becomes 20 % grey
+    ImageBuffer in = imageOf({{255, 255, 255, 255}}, fourCC("argb"));
+    in.rect = in.validRect = {1, 0, 2, 1};
+    ImageBuffer out;
+    out.allocate({0, 0, 3, 1}, fourCC("argb"));
+    ASSERT_EQ(effect.render(params, in, out), 0);
+    EXPECT_THAT(pixelsOf(out),
+                testing::ElementsAre(Pixel{51, 51, 51, 0}, Pixel{255, 255, 255, 255}, Pixel{51, 51, 51, 0}));
+}
+
+TEST(Balance, TwoPlainBalancesFoldIntoOne) {
+    ::Tw::Test::BareHost host;
+    ImageBuffer source = imageOf({{0.5, 0.25, 1, 1}}, fourCC("ae32"));
+    Image::FilterLayer<StandaloneHost> layer(&source);
+    Image::BalanceFilter<StandaloneHost> first(layer, 0, 1, 0.2f, 0.6f, 1, false);
+    Image::BalanceFilter<StandaloneHost> second(first, 0, 0.5f, 0, 1, 1, false);
+    ImageBuffer out;
+    out.allocate(source.rect, fourCC("ae32"));
+    Image::prepareGraph<StandaloneHost>(second, host, out);
+    EXPECT_THAT(second.inputs, testing::ElementsAre(&layer));
+    EXPECT_TRUE(first.inputs.empty());
+    // v -> 0.2 + 0.4 v -> 2 (0.2 + 0.4 v)
+    EXPECT_NEAR(pixelsOf(out)[0][0], 0.8, 1e-6);
+    EXPECT_NEAR(pixelsOf(out)[0][1], 0.6, 1e-6);
+
+    // A balance with a gamma is another kind of node and never folds.
+    Image::BalanceFilter<StandaloneHost> gamma(layer, 0, 1, 0, 1, 2, false);
+    Image::BalanceFilter<StandaloneHost> after(gamma, 0, 0.5f, 0, 1, 1, false);
+    EXPECT_EQ(after.mergeWith(gamma), Image::MergeResult::No);
+}
+
+TEST(BalanceRGB, MasterMapThenChannelMap) {
+    const auto out =
+        render<BalanceRGBPlugin>({0, 50, 0, 100, 1, false}, {{0.25, 0.25, 0.25, 0.5}}, fourCC("ae32"), ~0u,
+                                 [](Param::Parameters& params) {
+                                     params.setColor({0.5, 0, 0}, 4);      // From Low RGB: red from 0.5 up
+                                     params.setColor({0.5, 0.5, 0.5}, 6);  // To Low RGB
+                                 });
+    // Master: 0.25 -> 0.5. Red: 0.5..1 -> 0.5..1, stays 0.5. Green, blue: 0..1 -> 0.5..1, gives 0.75.
+    EXPECT_NEAR(out[0][0], 0.5, 1e-6);
+    EXPECT_NEAR(out[0][1], 0.75, 1e-6);
+    EXPECT_NEAR(out[0][2], 0.75, 1e-6);
+    EXPECT_EQ(out[0][3], 0.5);
+
+    // Neutral ranges pass through whatever the gamma says.
+    const std::vector<Pixel> pixels = {{0.25, 0.5, 0.75, 1}};
+    EXPECT_EQ(render<BalanceRGBPlugin>({0, 100, 0, 100, 3, false}, pixels, fourCC("ae32")), pixels);
+}
+
+}  // namespace
+}  // namespace Tw::Plugins
