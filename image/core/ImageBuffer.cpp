@@ -88,7 +88,7 @@ void ImageBuffer::allocateDepth(const PixelRect& newRect, int depth) {
     // Intermediate images match the output frame's format where they can, so that the last node writes
     // into the frame without a conversion.
     if (const ImageBuffer* output = host_ ? host_->outputFrame() : nullptr) {
-        if (output->depth() == depth) format = output->pixelFormat();
+        if (output->hasStorage() && output->depth() == depth) format = output->pixelFormat();
     }
     allocate(newRect, format);
 }
@@ -98,9 +98,9 @@ void ImageBuffer::allocateLike(const ImageBuffer& reference, const PixelRect& ne
 }
 
 void ImageBuffer::allocate(const PixelRect& newRect, PixelFormat format) {
+    release();
     const int depth = formatDepth(format);
     if (depth != 8 && depth != 16 && depth != 32) throw std::bad_alloc();
-    release();
     pixelFormat_ = format;
     depth_ = depth;
     rect = newRect;
@@ -108,8 +108,8 @@ void ImageBuffer::allocate(const PixelRect& newRect, PixelFormat format) {
     if (newRect.isEmpty()) return;
 
     // Rows are padded to a multiple of 32 bytes so that vector loads never straddle a row's end.
-    const int64_t width = newRect.width();
-    const int64_t height = newRect.height();
+    const int64_t width = int64_t{newRect.right} - newRect.left;
+    const int64_t height = int64_t{newRect.bottom} - newRect.top;
     const int64_t rowbytes = (bytesPerPixel() * width + 31) & ~int64_t{31};
     if (rowbytes > std::numeric_limits<int32_t>::max()) throw std::bad_alloc();
     const auto bytes = static_cast<std::size_t>(rowbytes * height);
@@ -160,7 +160,10 @@ void ImageBuffer::clear(const PixelRect& area) {
     const PixelRect region = area.intersect(rect);
     if (region.isEmpty() || !hasStorage()) return;
     const auto rowBytes = static_cast<std::size_t>(region.width()) * bytesPerPixel();
-    if (ownership_ == Ownership::Owner && region == rect) {
+    const bool wholeStorage = ownership_ == Ownership::Owner && firstPixel_ == frame_.data &&
+                              region == rect && region.width() == frame_.width &&
+                              region.height() == frame_.height;
+    if (wholeStorage) {
         std::memset(frame_.data, 0, ownedBytes_);
         return;
     }
