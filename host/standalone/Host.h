@@ -83,6 +83,10 @@ public:
     std::size_t bytesInUse() const { return bytesInUse_.load(); }
     std::size_t peakBytes() const { return peakBytes_.load(); }
 
+    // The resolution of the frame as a fraction of full resolution, per axis (0.5: every other pixel).
+    // Effects scale their radii by it, since radii are given in full-resolution pixels.
+    double downsampleX = 1.0;
+    double downsampleY = 1.0;
     // Workers to use; 0 means every worker of the pool.
     uint32_t threadCount = 0;
     // Processor features the kernels may use; clearing bits selects narrower code variants.
