@@ -1,5 +1,6 @@
-// Logarithm, exponential and power on float vectors, in the single-precision polynomial forms of the
-// Cephes library. They replace powf in kernels so that every processor variant gives the same bits.
+// Base-2 logarithm, power of two and power on float vectors, in place of powf in kernels: the same
+// operations in every processor variant, so all give the same bits, within a few units in the last place
+// of powf.
 #pragma once
 
 #include <bit>
@@ -9,64 +10,52 @@
 
 namespace Tw::Image {
 
-// Natural logarithm for x > 0 (normal floats).
+// log2(x) for normal x > 0.
 template <int Lanes>
-[[gnu::always_inline]] inline FloatVector<Lanes> logarithm(FloatVector<Lanes> x) {
+[[gnu::always_inline]] inline FloatVector<Lanes> logarithm2(FloatVector<Lanes> x) {
     using F = FloatVector<Lanes>;
     using I = IntVector<Lanes>;
     const I bits = std::bit_cast<I>(x);
-    // x = m * 2^e with m in [0.5, 1); then m is moved to [sqrt(1/2), sqrt(2)) for the polynomial.
-    I exponent = ((bits >> 23) & 0xff) - 126;
-    const F mantissa = std::bit_cast<F>((bits & 0x807fffff) | 0x3f000000);
-    const I small = mantissa < 0.707106781186547524f;
-    exponent += small;  // comparison lanes are -1 where true
-    const F m = (small ? mantissa + mantissa : mantissa) - 1.0f;
-    const F e = __builtin_convertvector(exponent, F);
-    const F z = m * m;
-    F y = F{} + 7.0376836292E-2f;
-    y = y * m - 1.1514610310E-1f;
-    y = y * m + 1.1676998740E-1f;
-    y = y * m - 1.2420140846E-1f;
-    y = y * m + 1.4249322787E-1f;
-    y = y * m - 1.6668057665E-1f;
-    y = y * m + 2.0000714765E-1f;
-    y = y * m - 2.4999993993E-1f;
-    y = y * m + 3.3333331174E-1f;
-    y = y * m * z;
-    y = y + -2.12194440e-4f * e;
-    y = y - 0.5f * z;
-    return m + y + 0.693359375f * e;
+    // x = m * 2^e with m in [1, 2), then m moved to [sqrt(1/2), sqrt(2)) so that t below stays small.
+    I exponent = ((bits >> 23) & 0xff) - 127;
+    F m = std::bit_cast<F>((bits & 0x007fffff) | 0x3f800000);
+    const I large = m > 1.41421356f;  // comparison lanes are -1 where true
+    m = large ? m * 0.5f : m;
+    exponent -= large;
+    // log2(m) = 2 / ln 2 * atanh(t), t = (m - 1) / (m + 1), |t| < 0.172: four terms of the odd series.
+    const F t = (m - 1.0f) / (m + 1.0f);
+    const F t2 = t * t;
+    F series = F{} + 1.0f / 7.0f;
+    series = series * t2 + 1.0f / 5.0f;
+    series = series * t2 + 1.0f / 3.0f;
+    series = series * t2 + 1.0f;
+    return __builtin_convertvector(exponent, F) + t * series * 2.88539008177792681f;
 }
 
-// e to the x, with x limited to where the result is a normal float.
+// 2^y, with y limited to where the result is a normal float.
 template <int Lanes>
-[[gnu::always_inline]] inline FloatVector<Lanes> exponential(FloatVector<Lanes> x) {
+[[gnu::always_inline]] inline FloatVector<Lanes> power2(FloatVector<Lanes> y) {
     using F = FloatVector<Lanes>;
     using I = IntVector<Lanes>;
-    x = min<Lanes>(max<Lanes>(x, F{} - 87.3f), F{} + 88.0f);
-    // x = n * ln 2 + r, with n = floor(x / ln 2 + 1/2).
-    const F scaled = x * 1.44269504088896341f + 0.5f;
-    F n = roundToNearestEven<Lanes>(scaled);
-    n = n > scaled ? n - 1.0f : n;
-    x = x - n * 0.693359375f;
-    x = x - n * -2.12194440e-4f;
-    const F z = x * x;
-    F y = F{} + 1.9875691500E-4f;
-    y = y * x + 1.3981999507E-3f;
-    y = y * x + 8.3334519073E-3f;
-    y = y * x + 4.1665795894E-2f;
-    y = y * x + 1.6666665459E-1f;
-    y = y * x + 5.0000001201E-1f;
-    y = y * z + x + 1.0f;
-    const I biased = __builtin_convertvector(n, I) + 127;
-    return y * std::bit_cast<F>(biased << 23);
+    y = min<Lanes>(max<Lanes>(y, F{} - 126.0f), F{} + 127.0f);
+    const F n = roundToNearestEven<Lanes>(y);
+    const F f = y - n;  // in [-1/2, 1/2]
+    // 2^f = e^(f ln 2): the Taylor series to the sixth power, within 1.3e-7 on this interval.
+    F p = F{} + 1.5403530393381606e-4f;
+    p = p * f + 1.3333558146428443e-3f;
+    p = p * f + 9.6181291076284772e-3f;
+    p = p * f + 5.5504108664821580e-2f;
+    p = p * f + 2.4022650695910071e-1f;
+    p = p * f + 6.9314718055994531e-1f;
+    p = p * f + 1.0f;
+    return p * std::bit_cast<F>((__builtin_convertvector(n, I) + 127) << 23);
 }
 
 // x to the power y, with x raised to the smallest normal float first: 0 and negative values give a tiny
 // positive result rather than 0 or NaN.
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> power(FloatVector<Lanes> x, float y) {
-    return exponential<Lanes>(logarithm<Lanes>(max<Lanes>(x, FloatVector<Lanes>{} + FLT_MIN)) * y);
+    return power2<Lanes>(logarithm2<Lanes>(max<Lanes>(x, FloatVector<Lanes>{} + FLT_MIN)) * y);
 }
 
 }  // namespace Tw::Image
