@@ -4,7 +4,8 @@
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 JOBS ?= 2
-PACKAGES := cmake g++ make libgtest-dev libbenchmark-dev
+# openimageio-tools: Debian's CMake package file of OpenImageIO refuses to load without its programs.
+PACKAGES := cmake g++ make libgtest-dev libbenchmark-dev libopenimageio-dev openimageio-tools
 
 .PHONY: all deps build build-sanitize run test bench clean
 
@@ -32,8 +33,12 @@ build-sanitize: deps
 	  -DTW_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF
 	cmake --build $(SANITIZE_DIR) -j$(JOBS)
 
+# The bundled portrait through "Balance". At float depth, since the effect's gamma works on the values
+# of the depth it renders at, which makes it a curve over 0..1 only there.
 run: build
-	$(BUILD_DIR)/bench/bench_graph --benchmark_min_time=0.2
+	mkdir -p out
+	$(BUILD_DIR)/tools/twfx/twfx render Balance -i samples/astronaut.png -o out/astronaut-balance.png \
+	  --depth 32 --set "From Low=5" --set "From High=95" --set "Gamma=1.2"
 
 test: build build-sanitize
 	ctest --test-dir $(BUILD_DIR) -j$(JOBS) --output-on-failure

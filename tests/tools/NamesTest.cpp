@@ -1,0 +1,140 @@
+// Effects and parameters as a user names them: listings, case-insensitive names, ambiguous and unknown
+// names (exit code 5).
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "tests/tools/TwfxFixture.h"
+#include "tools/twfx/EffectLookup.h"
+#include "tools/twfx/ParameterLabels.h"
+#include "tools/twfx/ParameterListing.h"
+#include "tools/twfx/ToolError.h"
+
+namespace Tw::Tools::Twfx {
+namespace {
+
+using Param::ParamRecord;
+using ::testing::AllOf;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class Names : public TwfxFixture {};
+
+// Runs `find` and hands back the ToolError it throws.
+template <class Find>
+ToolError errorOf(Find find) {
+    try {
+        find();
+    } catch (const ToolError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no error";
+    return ToolError(ExitCode::Success, "");
+}
+
+TEST_F(Names, ListShowsDisplayNameShortNameAndInputs) {
+    const RunResult result = twfx({"list"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, ContainsRegex("\nBalance +Balance +filter\n"));
+    EXPECT_THAT(result.out, ContainsRegex("\nBalance RGB +BalanceRGB +filter\n"));
+}
+
+TEST_F(Names, EffectsGoByDisplayOrShortNameInAnyCase) {
+    for (const char* name : {"Balance RGB", "balancergb", "BALANCE rgb"})
+        EXPECT_STREQ(findEffect(name).entryName, "BalanceRGBEntry") << name;
+    EXPECT_STREQ(findEffect("balance").entryName, "BalanceEntry");
+
+    const RunResult result = twfx({"params", "Blur"});
+    EXPECT_EQ(result.code, 5);
+    EXPECT_THAT(result.err, HasSubstr("unknown effect \"Blur\""));
+}
+
+TEST_F(Names, ANameOfTwoEffectsIsAnErrorThatListsBoth) {
+    const EffectEntry balance = Plugins::effectRegistry<StandaloneHost>()[0];
+    const EffectEntry effects[] = {{"MaxEntry", "MinMax", balance.inputs, balance.create},
+                                   {"MinEntry", "MinMax", balance.inputs, balance.create}};
+    const ToolError error = errorOf([&] { findEffect("minmax", effects); });
+    EXPECT_EQ(error.code(), ExitCode::UnknownName);
+    EXPECT_THAT(error.what(), AllOf(HasSubstr("\"minmax\" names 2 effects"), HasSubstr("Max, Min")));
+    EXPECT_STREQ(findEffect("Min", effects).entryName, "MinEntry");
+}
+
+TEST_F(Names, ParamsShowsPercentSlidersInPercent) {
+    const RunResult result = twfx({"params", "Balance"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, ContainsRegex("\nFrom High +slider +100.0% +0.0% to 100.0%\n"));
+    EXPECT_THAT(result.out, ContainsRegex("\nGamma +slider +1.00 +0.00 to 5.00\n"));
+    EXPECT_THAT(result.out, ContainsRegex("\nClamp +checkbox +off\n"));
+}
+
+// Group starts head their members; group ends and records without a control are not shown.
+TEST_F(Names, ParameterTableIndentsGroupsAndHidesStructure) {
+    Param::Parameters params;
+    params.records = {ParamRecord::groupStart("Sharpen"), ParamRecord::intSlider("Amount", 3, 0, 10),
+                      ParamRecord::groupEnd(), ParamRecord{},
+                      ParamRecord::popup("Mode", {"Normal", "Screen"}, 1)};
+    std::ostringstream table;
+    writeParameterTable(table, params);
+    EXPECT_THAT(table.str(),
+                ContainsRegex("\nSharpen +group\n  Amount +integer slider +3 +0 to 10\nMode +popup +"
+                              "Screen +Normal, Screen\n$"));
+}
+
+class Labels : public ::testing::Test {
+protected:
+    void SetUp() override {
+        params.records = {ParamRecord::groupStart("Sharpen"),
+                          ParamRecord::floatSlider("Amount", 0, 0, 100),
+                          ParamRecord::groupEnd(),
+                          ParamRecord::groupStart("Blur"),
+                          ParamRecord::floatSlider("Amount", 0, 0, 100),
+                          ParamRecord::intSlider("Radius", 1, 0, 9),
+                          ParamRecord::groupEnd()};
+    }
+    Param::Parameters params;
+};
+
+TEST_F(Labels, ALabelUsedTwiceIsNamedWithItsGroup) {
+    EXPECT_EQ(findParameter(params, "Sharpen/Amount", "Fx"), 1);
+    EXPECT_EQ(findParameter(params, "blur/amount", "Fx"), 4);
+    EXPECT_EQ(findParameter(params, "radius", "Fx"), 5);
+    EXPECT_EQ(findParameter(params, "Blur/Radius", "Fx"), 5);
+    const ToolError error = errorOf([&] { findParameter(params, "Amount", "Fx"); });
+    EXPECT_EQ(error.code(), ExitCode::UnknownName);
+    EXPECT_THAT(error.what(), AllOf(HasSubstr("Sharpen/Amount"), HasSubstr("Blur/Amount")));
+}
+
+TEST_F(Labels, GroupsAndUnknownLabelsNameNoParameter) {
+    for (const char* key : {"Sharpen", "Size", "Sharpen/Radius"}) {
+        const ToolError error = errorOf([&] { findParameter(params, key, "Fx"); });
+        EXPECT_EQ(error.code(), ExitCode::UnknownName) << key;
+        EXPECT_THAT(error.what(), HasSubstr("\"Fx\" has no parameter \"" + std::string(key) + "\""));
+    }
+}
+
+TEST_F(Names, UnknownLabelsInSetAndLayer) {
+    writeImage<uint8_t>(file("in.png"), {1, 1, 3, {10, 20, 30}});
+    const std::vector<std::string> render = {"render",       "Balance", "-i",
+                                             file("in.png"), "-o",      file("out.png")};
+    auto with = [&](std::vector<std::string> extra) {
+        std::vector<std::string> arguments = render;
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        return twfx(arguments);
+    };
+    RunResult result = with({"--set", "Brightness=5"});
+    EXPECT_EQ(result.code, 5);
+    EXPECT_THAT(result.err, HasSubstr("\"Balance\" has no parameter \"Brightness\""));
+
+    result = with({"--layer", "Matte=" + file("in.png")});
+    EXPECT_EQ(result.code, 5);
+    EXPECT_THAT(result.err, HasSubstr("\"Balance\" has no parameter \"Matte\""));
+
+    result = with({"--layer", "Gamma=" + file("in.png")});
+    EXPECT_EQ(result.code, 5);
+    EXPECT_THAT(result.err, HasSubstr("\"Gamma\" is not a layer parameter"));
+    EXPECT_THAT(filesPresent(), Not(::testing::Contains("out.png")));
+}
+
+}  // namespace
+}  // namespace Tw::Tools::Twfx

@@ -1,0 +1,113 @@
+// What a render does with files: unreadable inputs (exit 3) and unwritable outputs (exit 4) named in
+// the message, no output file after any failure or a cancel, sizes under downsampling, sequences.
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "tests/tools/TwfxFixture.h"
+
+namespace Tw::Tools::Twfx {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class RenderFiles : public TwfxFixture {
+protected:
+    void SetUp() override {
+        TwfxFixture::SetUp();
+        TestImage<uint8_t> image{8, 6, 3, {}};
+        for (int i = 0; i < 8 * 6 * 3; ++i)
+            image.values.push_back(static_cast<uint8_t>(i * 5));
+        writeImage(file("in.png"), image);
+    }
+
+    RunResult render(const std::string& in, const std::string& out, std::vector<std::string> extra = {}) {
+        std::vector<std::string> arguments = {"render", "Balance", "-i", in, "-o", out, "--set", "To Low=10"};
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        return twfx(arguments);
+    }
+};
+
+TEST_F(RenderFiles, UnreadableInputsNameTheFile) {
+    RunResult result = render(file("missing.png"), file("out.png"));
+    EXPECT_EQ(result.code, 3);
+    EXPECT_THAT(result.err, HasSubstr("cannot read " + file("missing.png") + ": no such file"));
+
+    std::ofstream(file("text.png")) << "not an image";
+    result = render(file("text.png"), file("out.png"));
+    EXPECT_EQ(result.code, 3);
+    EXPECT_THAT(result.err, HasSubstr("cannot read " + file("text.png")));
+
+    result = render(file("in.png"), file("out.png"), {"--preset", file("missing.txt")});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_THAT(result.err, HasSubstr("cannot read preset " + file("missing.txt")));
+    EXPECT_THAT(filesPresent(), ElementsAre("in.png", "text.png"));
+}
+
+TEST_F(RenderFiles, UnwritableOutputsFailBeforeTheRender) {
+    RunResult result = render(file("in.png"), file("no/such/dir/out.png"));
+    EXPECT_EQ(result.code, 4);
+    EXPECT_THAT(result.err, HasSubstr("cannot write " + file("no/such/dir/out.png") + ": no directory"));
+
+    result = render(file("in.png"), file("out.xyz"));
+    EXPECT_EQ(result.code, 4);
+    EXPECT_THAT(result.err, HasSubstr("no image format goes by the extension \".xyz\""));
+    EXPECT_THAT(filesPresent(), ElementsAre("in.png"));
+}
+
+TEST_F(RenderFiles, AFailedWriteLeavesNoFileBehind) {
+    // A directory with the output's name: the image is written, but can't take the name.
+    std::filesystem::create_directory(file("out.png"));
+    const RunResult result = render(file("in.png"), file("out.png"));
+    EXPECT_EQ(result.code, 4);
+    EXPECT_THAT(result.err, HasSubstr("cannot write " + file("out.png")));
+    EXPECT_THAT(filesPresent(), ElementsAre("in.png", "out.png"));
+    EXPECT_TRUE(std::filesystem::is_directory(file("out.png")));
+}
+
+TEST_F(RenderFiles, ACancelledRenderWritesNothingAndKeepsAnEarlierOutput) {
+    std::ofstream(file("out.png")) << "earlier";
+    const std::atomic<bool> cancel{true};
+    std::vector<std::string> arguments = {"render", "Balance",       "-i",    file("in.png"),
+                                          "-o",     file("out.png"), "--set", "To Low=10"};
+    // With the bar on: the render stops at its first check, before it reports any progress.
+    const RunResult result = twfx(arguments, &cancel, true);
+    EXPECT_EQ(result.code, 130);
+    EXPECT_EQ(result.err, "twfx: cancelled\n");
+    EXPECT_THAT(filesPresent(), ElementsAre("in.png", "out.png"));
+    std::string kept;
+    std::getline(std::ifstream(file("out.png")), kept);
+    EXPECT_EQ(kept, "earlier");
+}
+
+TEST_F(RenderFiles, DownsampledRendersAreSmaller) {
+    ASSERT_EQ(render(file("in.png"), file("half.png"), {"--downsample", "0.5"}).code, 0);
+    TestImage<uint8_t> out = readImage<uint8_t>(file("half.png"));
+    EXPECT_EQ(out.width, 4);
+    EXPECT_EQ(out.height, 3);
+
+    ASSERT_EQ(render(file("in.png"), file("wide.png"), {"--downsample", "0.25,1"}).code, 0);
+    out = readImage<uint8_t>(file("wide.png"));
+    EXPECT_EQ(out.width, 2);
+    EXPECT_EQ(out.height, 6);
+}
+
+TEST_F(RenderFiles, SequencesRenderEachFrameToItsNumber) {
+    for (const char* frame : {"in.0009.png", "in.0010.png"})
+        std::filesystem::copy_file(file("in.png"), file(frame));
+    RunResult result = render(file("in.%04d.png"), file("out_%d.png"), {"--frames", "9-10"});
+    ASSERT_EQ(result.code, 0) << result.err;
+    EXPECT_TRUE(std::filesystem::exists(file("out_9.png")));
+    EXPECT_TRUE(std::filesystem::exists(file("out_10.png")));
+
+    // A missing frame stops the run there, with the frames before it written.
+    result = render(file("in.%04d.png"), file("seq.%04d.png"), {"--frames", "10-11"});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_THAT(result.err, HasSubstr("in.0011.png"));
+    EXPECT_TRUE(std::filesystem::exists(file("seq.0010.png")));
+    EXPECT_FALSE(std::filesystem::exists(file("seq.0011.png")));
+}
+
+}  // namespace
+}  // namespace Tw::Tools::Twfx
