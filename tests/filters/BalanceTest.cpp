@@ -114,7 +114,10 @@ TEST(Balance, LinearMapsAtEveryDepthAndOrder) {
         {80, 20, 0, 100, 1, true},    // a negative slope
         {0, 50, 0, 100, 1, false},    // doubles, with no upper limit on float
     };
-    const std::vector<Pixel> fractions = {{0, 0.1, 0.5, 1}, {0.3, 0.77, 1, 0.5}, {0.51, 0.49, 0.123, 0}};
+    // Enough pixels for whole vector blocks of every width and a remainder.
+    std::vector<Pixel> fractions = {{0, 0.1, 0.5, 1}, {0.3, 0.77, 1, 0.5}, {0.51, 0.49, 0.123, 0}};
+    for (int i = 0; i < 16; ++i)
+        fractions.push_back({i / 15.0, (i * 7 % 16) / 15.0, (15 - i) / 15.0, (i % 5) / 4.0});
     for (const PixelFormat format : kFormats) {
         const int depth = Image::formatDepth(format);
         const auto in = inUnits(fractions, format);
@@ -134,8 +137,10 @@ TEST(Balance, LinearMapsAtEveryDepthAndOrder) {
 TEST(Balance, GammaWorksOnTheRawValuesOfEachDepth) {
     Settings squareRoot;
     squareRoot.gamma = 2;
-    EXPECT_EQ(render(squareRoot, {{255, 100, 0, 255}}, fourCC("argb"))[0], (Pixel{16, 10, 0, 255}));
-    EXPECT_EQ(render(squareRoot, {{32768, 10000, 0, 7}}, fourCC("Bgra"))[0], (Pixel{181, 100, 0, 7}));
+    EXPECT_EQ(render(squareRoot, std::vector<Pixel>(11, {255, 100, 0, 255}), fourCC("argb")),
+              std::vector<Pixel>(11, Pixel{16, 10, 0, 255}));
+    EXPECT_EQ(render(squareRoot, std::vector<Pixel>(11, {32768, 10000, 0, 7}), fourCC("Bgra")),
+              std::vector<Pixel>(11, Pixel{181, 100, 0, 7}));
     const Pixel floats = render(squareRoot, {{1, 0.25, 0.0625, 0.5}}, fourCC("ae32"))[0];
     EXPECT_NEAR(floats[0], 1.0, 1e-6);
     EXPECT_NEAR(floats[1], 0.5, 1e-6);
@@ -149,12 +154,12 @@ TEST(Balance, GammaWorksOnTheRawValuesOfEachDepth) {
 }
 
 TEST(Balance, NeutralSettingsCopyOrClamp) {
-    const std::vector<Pixel> floats = {{1.5, -0.25, 0.5, 1.75}};
+    const std::vector<Pixel> floats(9, Pixel{1.5, -0.25, 0.5, 1.75});
     // All defaults with clamp off: the node is gone and the input comes through as it is.
     EXPECT_EQ(render({}, floats, fourCC("ae32")), floats);
     Settings clamped;
     clamped.clamp = true;
-    EXPECT_EQ(render(clamped, floats, fourCC("ae32"))[0], (Pixel{1, 0, 0.5, 1.75}));
+    EXPECT_EQ(render(clamped, floats, fourCC("ae32")), std::vector<Pixel>(9, Pixel{1, 0, 0.5, 1.75}));
     EXPECT_EQ(render(clamped, {{255, 17, 0, 3}}, fourCC("bgra"))[0], (Pixel{255, 17, 0, 3}));
     EXPECT_EQ(render(clamped, {{32768, 1, 0, 32768}}, fourCC("ae16"))[0], (Pixel{32768, 1, 0, 32768}));
     // Without clamp a float result stays above 1, and a negative one becomes 0 all the same.
@@ -215,17 +220,22 @@ TEST(Balance, TwoPlainBalancesFoldIntoOne) {
 }
 
 TEST(BalanceRGB, MasterMapThenChannelMap) {
-    const auto out =
-        render<BalanceRGBPlugin>({0, 50, 0, 100, 1, false}, {{0.25, 0.25, 0.25, 0.5}}, fourCC("ae32"), ~0u,
-                                 [](Param::Parameters& params) {
-                                     params.setColor({0.5, 0, 0}, 4);      // From Low RGB: red from 0.5 up
-                                     params.setColor({0.5, 0.5, 0.5}, 6);  // To Low RGB
-                                 });
-    // Master: 0.25 -> 0.5. Red: 0.5..1 -> 0.5..1, stays 0.5. Green, blue: 0..1 -> 0.5..1, gives 0.75.
-    EXPECT_NEAR(out[0][0], 0.5, 1e-6);
-    EXPECT_NEAR(out[0][1], 0.75, 1e-6);
-    EXPECT_NEAR(out[0][2], 0.75, 1e-6);
-    EXPECT_EQ(out[0][3], 0.5);
+    for (const PixelFormat format : {fourCC("ae32"), fourCC("BGra")}) {
+        const auto out = render<BalanceRGBPlugin>(
+            {0, 50, 0, 100, 1, false}, std::vector<Pixel>(9, {0.25, 0.25, 0.25, 0.5}), format, ~0u,
+            [](Param::Parameters& params) {
+                params.setColor({0.5, 0, 0}, 4);       // From Low RGB: red from 0.5
+                params.setColor({0.5, 0.5, 0.25}, 6);  // To Low RGB
+            });
+        // Master: 0.25 -> 0.5. Red: 0.5..1 -> 0.5..1 keeps 0.5; green: 0..1 -> 0.5..1 gives 0.75; blue:
+        // 0..1 -> 0.25..1 gives 0.625.
+        for (const Pixel& pixel : out) {
+            EXPECT_NEAR(pixel[0], 0.5, 1e-6);
+            EXPECT_NEAR(pixel[1], 0.75, 1e-6);
+            EXPECT_NEAR(pixel[2], 0.625, 1e-6);
+            EXPECT_EQ(pixel[3], 0.5);
+        }
+    }
 
     // Neutral ranges pass through whatever the gamma says.
     const std::vector<Pixel> pixels = {{0.25, 0.5, 0.75, 1}};

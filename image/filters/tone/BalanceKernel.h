@@ -10,6 +10,7 @@
 
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
@@ -86,6 +87,108 @@ struct BalancePixels {
     float upper;
 };
 
+// Moves the colour components of Lanes pixels (four vectors, alpha interleaved) into three vectors of
+// colour alone and back, so that the costly arithmetic is not spent on alpha. The tables depend only on
+// the layout and the vector width, and are worked out by the compiler.
+template <class Layout, int Lanes>
+struct ColourLanes {
+    using Table = std::array<int, Lanes>;
+
+    static constexpr int positionOf(int channel) {
+        return channel == 0 ? Layout::red : channel == 1 ? Layout::green : Layout::blue;
+    }
+    static constexpr int channelAt(int position) {
+        return position == Layout::red ? 0 : position == Layout::green ? 1 : 2;
+    }
+    // Colour vector j, lane i: where it lies in input vectors j and j + 1 taken together.
+    static constexpr Table gather(int j) {
+        Table table{};
+        for (int i = 0; i < Lanes; ++i) {
+            const int s = j * Lanes + i;
+            table[i] = s / 3 * 4 + positionOf(s % 3) - j * Lanes;
+        }
+        return table;
+    }
+    // The first colour vector that output vector k draws on; it may also draw on the next one.
+    static constexpr int firstColour(int k) { return 3 * k / 4; }
+    // Output vector k, colour lane i: where it lies in colour vectors firstColour(k) and the next.
+    static constexpr Table collect(int k) {
+        Table table{};
+        for (int i = 0; i < Lanes; ++i) {
+            const int g = k * Lanes + i;
+            const bool alpha = g % 4 == Layout::alpha;
+            table[i] = alpha ? 0 : g / 4 * 3 + channelAt(g % 4) - firstColour(k) * Lanes;
+        }
+        return table;
+    }
+    // Output vector k: colour lanes from the collected vector, alpha lanes from input vector k.
+    static constexpr Table restoreAlpha(int k) {
+        Table table{};
+        for (int i = 0; i < Lanes; ++i)
+            table[i] = (k * Lanes + i) % 4 == Layout::alpha ? Lanes + i : i;
+        return table;
+    }
+};
+
+template <class Vector, const auto& Table, std::size_t... I>
+[[gnu::always_inline]] inline Vector shuffle(Vector a, Vector b, std::index_sequence<I...>) {
+    return __builtin_shufflevector(a, b, Table[I]...);
+}
+
+// Lanes pixels of the kernel at a time, the arithmetic on colour alone.
+template <class Layout, int Lanes, bool WithGamma>
+struct BalanceBlock {
+    using T = typename Layout::Component;
+    using F = FloatVector<Lanes>;
+    using Colour = ColourLanes<Layout, Lanes>;
+    static constexpr std::make_index_sequence<Lanes> kLanes{};
+    template <int J>
+    static constexpr typename Colour::Table kGather = Colour::gather(J);
+    template <int K>
+    static constexpr typename Colour::Table kCollect = Colour::collect(K);
+    template <int K>
+    static constexpr typename Colour::Table kRestore = Colour::restoreAlpha(K);
+
+    explicit BalanceBlock(const BalanceSettings& settings) {
+        for (int j = 0; j < 3; ++j) {
+            for (int i = 0; i < Lanes; ++i) {
+                const int channel = (j * Lanes + i) % 3;
+                scale[j][i] = settings.map.scale[channel];
+                offset[j][i] = settings.map.offset[channel] * Layout::white;
+            }
+        }
+        invGamma = inverseGamma(settings.gamma);
+        upper = std::is_floating_point_v<T> ? (settings.clamp ? 1.0f : std::numeric_limits<float>::infinity())
+                                            : Layout::white;
+    }
+
+    void apply(const T* in, T* out) const {
+        const F v[4] = {loadComponents<Lanes>(in), loadComponents<Lanes>(in + Lanes),
+                        loadComponents<Lanes>(in + 2 * Lanes), loadComponents<Lanes>(in + 3 * Lanes)};
+        F colour[3] = {shuffle<F, kGather<0>>(v[0], v[1], kLanes), shuffle<F, kGather<1>>(v[1], v[2], kLanes),
+                       shuffle<F, kGather<2>>(v[2], v[3], kLanes)};
+        for (int j = 0; j < 3; ++j) {
+            const F m = WithGamma ? power<Lanes>(colour[j], invGamma) : colour[j];
+            colour[j] = min<Lanes>(max<Lanes>(m * scale[j] + offset[j], F{}), F{} + upper);
+        }
+        [&]<int... K>(std::integer_sequence<int, K...>) {
+            (store<K>(colour, v[K], out + K * Lanes), ...);
+        }
+        (std::make_integer_sequence<int, 4>{});
+    }
+
+    template <int K>
+    [[gnu::always_inline]] static void store(const F (&colour)[3], F original, T* out) {
+        constexpr int first = Colour::firstColour(K);
+        const F collected = shuffle<F, kCollect<K>>(colour[first], colour[first < 2 ? first + 1 : 2], kLanes);
+        storeComponents<Lanes>(out, shuffle<F, kRestore<K>>(collected, original, kLanes));
+    }
+
+    F scale[3], offset[3];
+    float invGamma;
+    float upper;
+};
+
 // Runs the kernel over `band` of `output`, reading `input` at the same places.
 template <class Host>
 void computeBalanceTile(Host& host, ImageBuffer& output, const ImageBuffer& input, const PixelRect& band,
@@ -94,9 +197,9 @@ void computeBalanceTile(Host& host, ImageBuffer& output, const ImageBuffer& inpu
         using Layout = decltype(layout);
         using T = typename Layout::Component;
         constexpr int lanes = decltype(isa)::floatLanes < 4 ? 4 : decltype(isa)::floatLanes;
-        constexpr int pixelsPerVector = lanes / 4;
+        constexpr int pixelsPerBlock = lanes;
         const auto run = [&]<bool WithGamma>() {
-            const BalancePixels<Layout, lanes, WithGamma> wide(settings);
+            const BalanceBlock<Layout, lanes, WithGamma> block(settings);
             const BalancePixels<Layout, 4, WithGamma> single(settings);
             const auto out = ImageView<T>::of(output);
             const auto in = ImageView<T>::of(input);
@@ -111,9 +214,9 @@ void computeBalanceTile(Host& host, ImageBuffer& output, const ImageBuffer& inpu
                         const T* source = in.at(begin, y);
                         T* target = out.at(begin, y);
                         int32_t x = begin;
-                        for (; x + pixelsPerVector <= end;
-                             x += pixelsPerVector, source += lanes, target += lanes)
-                            wide.apply(source, target);
+                        for (; x + pixelsPerBlock <= end;
+                             x += pixelsPerBlock, source += 4 * lanes, target += 4 * lanes)
+                            block.apply(source, target);
                         for (; x < end; ++x, source += 4, target += 4)
                             single.apply(source, target);
                     },
