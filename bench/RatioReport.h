@@ -51,8 +51,19 @@ private:
     std::map<std::string, double> realTimes_;
 };
 
+// The pairs that benchmark files of one program register for themselves.
+inline std::vector<RatioPair>& registeredRatioPairs() {
+    static std::vector<RatioPair> pairs;
+    return pairs;
+}
+
+struct RatioRegistration {
+    explicit RatioRegistration(RatioPair pair) { registeredRatioPairs().push_back(std::move(pair)); }
+};
+
 // The body of a benchmark program's main.
-inline int runWithRatios(int argc, char** argv, const std::vector<RatioPair>& pairs) {
+inline int runWithRatios(int argc, char** argv,
+                         const std::vector<RatioPair>& pairs = registeredRatioPairs()) {
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -18,6 +18,13 @@ inline PixelRect bandOf(const PixelRect& rect, uint32_t slice, uint32_t sliceCou
             static_cast<int32_t>(height * (slice + 1) / sliceCount + rect.top)};
 }
 
+// Columns from w * i / n to w * (i + 1) / n of `rect`, for passes that run down the columns.
+inline PixelRect columnBandOf(const PixelRect& rect, uint32_t slice, uint32_t sliceCount) {
+    const int64_t width = rect.width();
+    return {static_cast<int32_t>(width * slice / sliceCount + rect.left), rect.top,
+            static_cast<int32_t>(width * (slice + 1) / sliceCount + rect.left), rect.bottom};
+}
+
 template <class Host>
 class Filter : public FilterBase<Host> {
 public:

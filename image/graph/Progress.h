@@ -3,8 +3,8 @@
 // Workers report (done, total) for their own band. Only thread 0 reaches the host; the host folds the
 // pair through up to four nested levels. The graph uses level 1 for its nodes: the index counts the
 // passes finished, the count is the total of passes of the graph, and the weight is the share of the node
-// now running. An owner that counts stages of its own freezes level 1, and the graph then leaves the
-// levels alone.
+// now running. A node of several passes counts them in level 0. An owner that counts stages of its own
+// freezes level 1, and the graph then leaves the levels alone.
 #pragma once
 
 #include <array>
@@ -52,6 +52,14 @@ public:
     void finishNode(int passCount) {
         if (levels[1].frozen) return;
         levels[1].index += static_cast<uint64_t>(passCount);
+    }
+    // A node that runs `count` passes in turn, each reporting 0..1 of its own.
+    void startNodePasses(uint64_t count) {
+        if (levels[0].frozen || levels[0].count != 0) return;
+        levels[0] = {0, count, 1, false};
+    }
+    void finishNodePass() {
+        if (!levels[0].frozen) ++levels[0].index;
     }
 
     std::array<ProgressLevel, 4> levels{};
