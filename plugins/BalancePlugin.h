@@ -10,9 +10,15 @@ namespace Tw::Plugins {
 
 namespace Param = ::Tw::Host::Param;
 
-// The range sliders and "Gamma", as Balance and Balance RGB declare them.
-inline Param::ParamRecord rangeSlider(const char* label, double defaultPercent) {
-    return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
+// The four range sliders that open the lists of Balance and Balance RGB, in percent.
+inline void addRangeSliders(Param::Parameters& list) {
+    const auto percent = [](const char* label, double defaultPercent) {
+        return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
+    };
+    list.records.push_back(percent("From Low", 0));
+    list.records.push_back(percent("From High", 100));
+    list.records.push_back(percent("To Low", 0));
+    list.records.push_back(percent("To High", 100));
 }
 inline Param::ParamRecord gammaSlider() {
     return Param::ParamRecord::floatSlider("Gamma", 1, 0, 5);
@@ -41,10 +47,7 @@ public:
     using Image::FilterPlugin<Host, BalancePluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
-        list.records.push_back(rangeSlider("From Low", 0));
-        list.records.push_back(rangeSlider("From High", 100));
-        list.records.push_back(rangeSlider("To Low", 0));
-        list.records.push_back(rangeSlider("To High", 100));
+        addRangeSliders(list);
         list.records.push_back(gammaSlider());
         list.records.push_back(Param::ParamRecord::checkbox("Clamp", false));
     }

@@ -30,10 +30,7 @@ public:
     using Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
-        list.records.push_back(rangeSlider("From Low", 0));
-        list.records.push_back(rangeSlider("From High", 100));
-        list.records.push_back(rangeSlider("To Low", 0));
-        list.records.push_back(rangeSlider("To High", 100));
+        addRangeSliders(list);
         list.records.push_back(Param::ParamRecord::color("From Low RGB", {0, 0, 0}));
         list.records.push_back(Param::ParamRecord::color("From High RGB", {1, 1, 1}));
         list.records.push_back(Param::ParamRecord::color("To Low RGB", {0, 0, 0}));
