@@ -9,11 +9,14 @@
 #include "plugins/BalancePlugin.h"
 #include "plugins/BalanceRGBPlugin.h"
 #include "plugins/EffectInputs.h"
+#include "plugins/MinMaxPlugin.h"
 
 // Every effect, once: its exported entry name and its plug-in class template over the host.
-#define TW_FOR_EACH_EFFECT(EFFECT)      \
-    EFFECT(BalanceEntry, BalancePlugin) \
-    EFFECT(BalanceRGBEntry, BalanceRGBPlugin)
+#define TW_FOR_EACH_EFFECT(EFFECT)            \
+    EFFECT(BalanceEntry, BalancePlugin)       \
+    EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
+    EFFECT(MaxEntry, MaxPlugin)               \
+    EFFECT(MinEntry, MinPlugin)
 
 namespace Tw::Plugins {
 

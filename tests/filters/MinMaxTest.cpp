@@ -1,0 +1,453 @@
+// The minimum and maximum filter against a box window worked out pixel by pixel, at every depth and
+// component order; its graph operations; and its sameness across processor variants, thread counts and
+// requested regions.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <random>
+#include <sstream>
+
+#include "host/standalone/Host.h"
+#include "plugins/MinMaxPlugin.h"
+#include "tests/support/BareHost.h"
+
+namespace Tw::Image {
+namespace {
+
+using StandaloneHost = Tw::Host::Standalone::Host;
+using MaxFilter = MinMaxFilter<StandaloneHost, MaxOp>;
+using MinFilter = MinMaxFilter<StandaloneHost, MinOp>;
+
+const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
+                                fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
+
+// Every component of `image` in memory order, row by row, as a double (exact at every depth).
+std::vector<double> componentsOf(const ImageBuffer& image) {
+    std::vector<double> values;
+    dispatchLayout(image, [&](auto layout) {
+        using T = typename decltype(layout)::Component;
+        for (int32_t y = image.rect.top; y < image.rect.bottom; ++y) {
+            const auto* row = reinterpret_cast<const T*>(image.pixelAddress(image.rect.left, y));
+            values.insert(values.end(), row, row + 4 * image.rect.width());
+        }
+    });
+    return values;
+}
+
+ImageBuffer imageOf(const PixelRect& rect, PixelFormat format, const std::vector<double>& values) {
+    ImageBuffer image;
+    image.allocate(rect, format);
+    dispatchLayout(image, [&](auto layout) {
+        using T = typename decltype(layout)::Component;
+        auto value = values.begin();
+        for (int32_t y = rect.top; y < rect.bottom; ++y) {
+            auto* row = reinterpret_cast<T*>(image.pixelAddress(rect.left, y));
+            for (int i = 0; i < 4 * rect.width(); ++i)
+                row[i] = static_cast<T>(*value++);
+        }
+    });
+    return image;
+}
+
+// Random components: any 8-bit value; at 16 bits mostly 0..32767 with a tenth at white, 32768; floats
+// from -0.5 to 2.
+ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, unsigned seed) {
+    std::mt19937 random(seed);
+    const int depth = formatDepth(format);
+    std::vector<double> values(static_cast<std::size_t>(rect.width()) * rect.height() * 4);
+    for (double& v : values) {
+        if (depth == 8) v = std::uniform_int_distribution<int>(0, 255)(random);
+        if (depth == 16)
+            v = random() % 10 == 0 ? 32768 : std::uniform_int_distribution<int>(0, 32767)(random);
+        if (depth == 32) v = std::uniform_real_distribution<float>(-0.5f, 2.0f)(random);
+    }
+    return imageOf(rect, format, values);
+}
+
+// The order of the comparison: 16-bit values as signed 16-bit integers.
+double rank(double v, int depth) {
+    return depth == 16 && v >= 32768 ? v - 65536 : v;
+}
+
+// Each component of `out` the extreme of the input's components in the box around it, positions outside
+// the input left out; an empty box gives 0.
+std::vector<double> bruteForce(const ImageBuffer& input, const PixelRect& out, int rx, int ry, bool max) {
+    const std::vector<double> in = componentsOf(input);
+    const PixelRect r = input.rect;
+    const int depth = input.depth();
+    std::vector<double> result;
+    for (int y = out.top; y < out.bottom; ++y) {
+        for (int x = out.left; x < out.right; ++x) {
+            for (int c = 0; c < 4; ++c) {
+                bool any = false;
+                double best = 0;
+                for (int v = std::max(y - ry, r.top); v <= std::min(y + ry, r.bottom - 1); ++v) {
+                    for (int u = std::max(x - rx, r.left); u <= std::min(x + rx, r.right - 1); ++u) {
+                        const double s = in[((v - r.top) * r.width() + (u - r.left)) * 4 + c];
+                        const bool better =
+                            max ? rank(s, depth) > rank(best, depth) : rank(s, depth) < rank(best, depth);
+                        if (!any || better) best = s;
+                        any = true;
+                    }
+                }
+                result.push_back(best);
+            }
+        }
+    }
+    return result;
+}
+
+// "" when equal, else where the first difference lies.
+std::string firstDifference(const std::vector<double>& actual, const std::vector<double>& expected,
+                            const PixelRect& rect) {
+    if (actual.size() != expected.size()) return "sizes differ";
+    for (std::size_t i = 0; i < actual.size(); ++i) {
+        if (actual[i] == expected[i]) continue;
+        const auto pixel = static_cast<int>(i / 4);
+        std::ostringstream text;
+        text << "at (" << rect.left + pixel % rect.width() << ", " << rect.top + pixel / rect.width()
+             << ") component " << i % 4 << ": " << actual[i] << " instead of " << expected[i];
+        return text.str();
+    }
+    return "";
+}
+
+struct RenderSetup {
+    CpuFeatures featureMask = ~0u;
+    uint32_t threads = 0;
+};
+
+// One node of `Op` with radii (rx, ry) over `input`, rendered into `outRect` through the whole graph. The
+// output starts out as a pattern that no render gives, so that a pixel left unwritten shows.
+template <class Op>
+std::vector<double> render(const ImageBuffer& input, int rx, int ry, const PixelRect& outRect,
+                           RenderSetup setup = {}) {
+    ::Tw::Test::BareHost host;
+    host.featureMask = setup.featureMask;
+    host.threadCount = setup.threads;
+    FilterLayer<StandaloneHost> layer(const_cast<ImageBuffer*>(&input));
+    MinMaxFilter<StandaloneHost, Op> node(layer, rx, ry);
+    ImageBuffer out(&host);
+    out.allocate(outRect, input.pixelFormat());
+    std::memset(out.pixels(), 0xA5, static_cast<std::size_t>(out.rowStride()) * outRect.height());
+    prepareGraph<StandaloneHost>(node, host, out);
+    return componentsOf(out);
+}
+
+template <class Op>
+void expectBruteForce(const ImageBuffer& input, int rx, int ry) {
+    SCOPED_TRACE(testing::Message() << Op::name << " depth " << input.depth() << " radii " << rx << ", "
+                                    << ry);
+    const bool max = std::is_same_v<Op, MaxOp>;
+    EXPECT_EQ(firstDifference(render<Op>(input, rx, ry, input.rect),
+                              bruteForce(input, input.rect, rx, ry, max), input.rect),
+              "");
+}
+
+// Windows.
+
+TEST(MinMaxWindows, EqualTheBoxAtEveryDepthAndOrder) {
+    // Radius 1 and unequal radii keep both passes in one node; from 2 on both axes the graph splits them.
+    const std::pair<int, int> radii[] = {{1, 1}, {1, 0}, {0, 2}, {1, 4}, {2, 2}, {3, 7}, {10, 4}};
+    // Sizes that leave partial groups of rows and of columns, with a frame not at the origin.
+    const PixelRect rects[] = {{-3, 5, 34, 28}, {0, 0, 75, 41}};
+    unsigned seed = 1;
+    for (const PixelFormat format : kFormats) {
+        for (const PixelRect& rect : rects) {
+            const ImageBuffer input = randomImage(rect, format, seed++);
+            for (const auto& [rx, ry] : radii) {
+                expectBruteForce<MaxOp>(input, rx, ry);
+                expectBruteForce<MinOp>(input, rx, ry);
+            }
+        }
+    }
+}
+
+TEST(MinMaxWindows, ShrinkOnSmallAndThinImagesDownToTheWholeImage) {
+    // Radii beyond the image give every pixel the extreme of its row and column passes.
+    const PixelRect rects[] = {{0, 0, 9, 6}, {0, 0, 1, 40}, {0, 0, 50, 1}, {0, 0, 2, 3}};
+    for (const PixelFormat format : kFormats) {
+        for (const PixelRect& rect : rects) {
+            const ImageBuffer input = randomImage(rect, format, 7);
+            for (const auto& [rx, ry] :
+                 {std::pair{40, 30}, std::pair{100, 1}, std::pair{1, 100}, std::pair{3, 5}}) {
+                expectBruteForce<MaxOp>(input, rx, ry);
+                expectBruteForce<MinOp>(input, rx, ry);
+            }
+        }
+    }
+}
+
+TEST(MinMaxWindows, AnOutputBeyondTheInputTakesTheWindowsThatReachIt) {
+    // Unsplit, the node's temporary spans the output, and a pixel outside the input whose box meets it
+    // takes the box; further out the result is transparent black.
+    const PixelRect inputRect{0, 0, 12, 9}, outRect{-20, -15, 33, 30};
+    for (const PixelFormat format : kFormats) {
+        const ImageBuffer input = randomImage(inputRect, format, 13);
+        for (const auto& [rx, ry] : {std::pair{1, 4}, std::pair{5, 1}}) {
+            SCOPED_TRACE(testing::Message() << "depth " << input.depth() << " radii " << rx << ", " << ry);
+            EXPECT_EQ(firstDifference(render<MinOp>(input, rx, ry, outRect),
+                                      bruteForce(input, outRect, rx, ry, false), outRect),
+                      "");
+        }
+    }
+}
+
+TEST(MinMaxWindows, SplitPassesLeaveTheColumnsBeyondTheInputBlack) {
+    // Split, the row pass covers only the input's bounds, so columns beyond them end transparent black;
+    // rows beyond them still take the boxes that reach them.
+    const PixelRect inputRect{0, 0, 12, 9}, outRect{-20, -15, 33, 30};
+    for (const PixelFormat format : kFormats) {
+        const ImageBuffer input = randomImage(inputRect, format, 13);
+        auto expected = bruteForce(input, outRect, 3, 2, true);
+        for (int y = outRect.top, i = 0; y < outRect.bottom; ++y)
+            for (int x = outRect.left; x < outRect.right; ++x, i += 4)
+                if (x < inputRect.left || x >= inputRect.right) std::fill_n(expected.begin() + i, 4, 0.0);
+        EXPECT_EQ(firstDifference(render<MaxOp>(input, 3, 2, outRect), expected, outRect), "")
+            << "depth " << input.depth();
+    }
+}
+
+// Stored values.
+
+TEST(MinMaxValues, SixteenBitsCompareAsSignedSoWhiteIsLowest) {
+    // White, 32768, between 100 and 7: the maximum drops it wherever another value is in the window, and
+    // the minimum picks it wherever it is in the window. Only a window of white alone stays white.
+    for (const PixelFormat format : {fourCC("ae16"), fourCC("Bgra")}) {
+        const ImageBuffer input =
+            imageOf({0, 0, 3, 1}, format, {100, 0, 100, 32768, 32768, 32768, 32768, 32768, 7, 7, 7, 7});
+        EXPECT_EQ(render<MaxOp>(input, 1, 1, input.rect),
+                  (std::vector<double>{100, 0, 100, 32768, 100, 7, 100, 7, 7, 7, 7, 7}));
+        EXPECT_EQ(render<MinOp>(input, 1, 1, input.rect), std::vector<double>(12, 32768));
+    }
+}
+
+TEST(MinMaxValues, FloatsBeyondZeroToOneAreKept) {
+    const ImageBuffer input =
+        imageOf({0, 0, 3, 1}, fourCC("ae32"), {0.5, 3.5, -2, 1, 0.25, 0, 7, 0.5, 1, 1, 1, 1});
+    EXPECT_EQ(render<MaxOp>(input, 2, 0, input.rect),
+              (std::vector<double>{1, 3.5, 7, 1, 1, 3.5, 7, 1, 1, 3.5, 7, 1}));
+    EXPECT_EQ(render<MinOp>(input, 2, 0, input.rect),
+              (std::vector<double>{0.25, 0, -2, 0.5, 0.25, 0, -2, 0.5, 0.25, 0, -2, 0.5}));
+}
+
+// Sameness.
+
+TEST(MinMaxSameness, EveryProcessorVariantAndThreadCountGivesTheSameBits) {
+    const RenderSetup setups[] = {
+        {~CpuFeature::kAvx2, 0}, {~(CpuFeature::kAvx2 | CpuFeature::kSse41), 2}, {0u, 3}, {~0u, 1}, {~0u, 7}};
+    const auto expectSame = [&]<class Op>(const ImageBuffer& input, int rx, int ry) {
+        const auto reference = render<Op>(input, rx, ry, input.rect);
+        for (const RenderSetup& setup : setups)
+            EXPECT_EQ(firstDifference(render<Op>(input, rx, ry, input.rect, setup), reference, input.rect),
+                      "")
+                << Op::name << " depth " << input.depth() << " features " << std::hex << setup.featureMask
+                << std::dec << " threads " << setup.threads;
+    };
+    for (const PixelFormat format : kFormats) {
+        const ImageBuffer input = randomImage({0, 0, 70, 45}, format, 3);
+        expectSame.operator()<MaxOp>(input, 1, 3);
+        expectSame.operator()<MinOp>(input, 6, 9);
+    }
+}
+
+TEST(MinMaxSameness, APartOfTheFrameEqualsTheWholeFrameThere) {
+    // Off centre, so that the last radii reach past one end of the frame from the part and not past the
+    // other.
+    const PixelRect part{11, 4, 47, 30};
+    for (const PixelFormat format : kFormats) {
+        const ImageBuffer input = randomImage({0, 0, 64, 36}, format, 5);
+        for (const auto& [rx, ry] : {std::pair{1, 2}, std::pair{5, 8}, std::pair{50, 30}}) {
+            const ImageBuffer whole = imageOf(input.rect, format, render<MinOp>(input, rx, ry, input.rect));
+            ImageBuffer inside;
+            inside.viewOf(whole, part);
+            EXPECT_EQ(firstDifference(render<MinOp>(input, rx, ry, part), componentsOf(inside), part), "");
+        }
+    }
+}
+
+// Graph operations.
+
+TEST(MinMaxNode, RegionsGrowByTheRadiiWithinTheInput) {
+    ImageBuffer frame;
+    frame.allocate({0, 0, 100, 50}, fourCC("argb"));
+    FilterLayer<StandaloneHost> layer(&frame);
+    const MaxFilter node(layer, 4, 2);
+    EXPECT_EQ(node.inputRect({10, 10, 20, 20}, 0), (PixelRect{6, 8, 24, 22}));
+    EXPECT_EQ(node.inputRect({0, 45, 98, 50}, 0), (PixelRect{0, 43, 100, 50}));
+    FilterLayer<StandaloneHost> endless(nullptr, PixelRect::infinite());
+    EXPECT_TRUE(MaxFilter(endless, 4, 2).inputRect(PixelRect::infinite(), 0).isInfinite());
+    EXPECT_EQ(MaxFilter(endless, 4, 2).inputRect({0, 0, 1, 1}, 0), (PixelRect{-4, -2, 5, 3}));
+}
+
+TEST(MinMaxNode, SettingsAndEquality) {
+    FilterLayer<StandaloneHost> layer(nullptr, {0, 0, 10, 10});
+    EXPECT_STREQ(MaxFilter(layer, 1, 1).name(), "maxFilter");
+    EXPECT_STREQ(MinFilter(layer, 1, 1).name(), "minFilter");
+    EXPECT_EQ(MaxFilter(layer, 0, 0).passThroughInput(), 0);
+    EXPECT_EQ(MaxFilter(layer, 0, 1).passThroughInput(), -1);
+    EXPECT_EQ(MaxFilter(layer, 1, 1).tileFlags(), 2);
+    EXPECT_EQ(MaxFilter(layer, 2, 1).tileFlags(), 0);
+    EXPECT_TRUE(MaxFilter(layer, 3, 2).equals(MaxFilter(layer, 3, 2)));
+    EXPECT_FALSE(MaxFilter(layer, 3, 2).equals(MaxFilter(layer, 2, 3)));
+    EXPECT_FALSE(MaxFilter(layer, 3, 2).equals(MinFilter(layer, 3, 2)));
+    MaxFilter vertical(layer, 3, 2);
+    vertical.stage = MaxFilter::VerticalPass;
+    EXPECT_FALSE(vertical.equals(MaxFilter(layer, 3, 2)));
+    // The unsplit node holds a temporary of its output's size; a single pass holds none.
+    const ImageDescriptor float32{4, 1, ImageDescriptor::Float32};
+    EXPECT_EQ(MaxFilter(layer, 3, 2).scratchBytes(nullptr, {0, 0, 10, 5}, float32), 10u * 5 * 16);
+    EXPECT_EQ(vertical.scratchBytes(nullptr, {0, 0, 10, 5}, float32), 0u);
+}
+
+TEST(MinMaxNode, BoxesInSeriesFoldIntoOneWithSummedRadii) {
+    FilterLayer<StandaloneHost> layer(nullptr, {0, 0, 10, 10});
+    MaxFilter first(layer, 2, 3);
+    MaxFilter second(first, 4, 1);
+    EXPECT_EQ(second.mergeWith(first), MergeResult::Folded);
+    EXPECT_EQ(second.xRadius, 6);
+    EXPECT_EQ(second.yRadius, 4);
+
+    MinFilter other(layer, 2, 3);
+    MaxFilter afterOther(other, 1, 1);
+    EXPECT_EQ(afterOther.mergeWith(other), MergeResult::No);
+
+    MaxFilter split(layer, 2, 3);
+    split.stage = MaxFilter::HorizontalPass;
+    MaxFilter afterSplit(split, 1, 1);
+    EXPECT_EQ(afterSplit.mergeWith(split), MergeResult::No);
+
+    // A box that another node reads too must stay as it is.
+    MaxFilter shared(layer, 2, 2);
+    MaxFilter reader(shared, 1, 1), otherReader(shared, 3, 3);
+    EXPECT_EQ(reader.mergeWith(shared), MergeResult::No);
+}
+
+TEST(MinMaxNode, SplitsIntoARowPassAndAColumnPassFromRadiusTwo) {
+    ::Tw::Test::BareHost host;
+    FilterLayer<StandaloneHost> layer(nullptr, {0, 0, 10, 10});
+    MaxFilter node(layer, 5, 3);
+    EXPECT_EQ(node.passCount(), 2);
+    node.splitPasses(host);
+    ASSERT_NE(node.firstPassNode, nullptr);
+    const auto& first = static_cast<const MaxFilter&>(*node.firstPassNode);
+    EXPECT_EQ(node.stage, MaxFilter::VerticalPass);
+    EXPECT_EQ(node.xRadius, 0);
+    EXPECT_EQ(node.yRadius, 3);
+    EXPECT_EQ(node.passCount(), 1);
+    EXPECT_THAT(node.inputs, testing::ElementsAre(&first));
+    EXPECT_EQ(first.stage, MaxFilter::HorizontalPass);
+    EXPECT_EQ(first.xRadius, 5);
+    EXPECT_EQ(first.yRadius, 0);
+    EXPECT_THAT(first.inputs, testing::ElementsAre(&layer));
+    EXPECT_THAT(layer.consumers, testing::ElementsAre(&first));
+
+    for (const auto& [rx, ry] : {std::pair{1, 5}, std::pair{5, 1}}) {
+        MaxFilter small(layer, rx, ry);
+        small.splitPasses(host);
+        EXPECT_EQ(small.stage, MaxFilter::BothPasses);
+        EXPECT_EQ(small.firstPassNode, nullptr);
+    }
+}
+
+}  // namespace
+}  // namespace Tw::Image
+
+namespace Tw::Plugins {
+namespace {
+
+using StandaloneHost = Tw::Host::Standalone::Host;
+using Radii = std::pair<int32_t, int32_t>;
+
+// The radii of the node the effect builds for "Radius" at a downsampling of (dx, dy); nothing when the
+// graph is the input alone.
+template <class Op>
+std::optional<Radii> radiiFor(int radius, double dx = 1, double dy = 1) {
+    MinMaxPlugin<StandaloneHost, Op> effect;
+    effect.downsampleX = dx;
+    effect.downsampleY = dy;
+    Param::Parameters params;
+    effect.defineParameters(params);
+    params.setInt(radius, 0);
+    Image::FilterLayer<StandaloneHost> source(nullptr, {0, 0, 10, 10});
+    Image::FilterChain<StandaloneHost> chain(effect, source, {});
+    const auto& node = MinMaxPluginFilters<StandaloneHost, Op>::makeFilters(chain, params);
+    if (&node == &source) return std::nullopt;
+    const auto& filter = dynamic_cast<const Image::MinMaxFilter<StandaloneHost, Op>&>(node);
+    return Radii{filter.xRadius, filter.yRadius};
+}
+
+TEST(MinMaxEffect, OneRadiusSliderNamedAlikeForBoth) {
+    MaxPlugin<StandaloneHost> max;
+    Param::Parameters params;
+    max.defineParameters(params);
+    ASSERT_EQ(params.records.size(), 1u);
+    const Param::ParamRecord& radius = params.records[0];
+    EXPECT_EQ(radius.label, "Radius");
+    EXPECT_EQ(radius.kind, Param::ParamKind::IntSlider);
+    EXPECT_EQ(radius.defaultValue.asInt(), 10);
+    EXPECT_EQ(radius.sliderMin.asInt(), 0);
+    EXPECT_EQ(radius.sliderMax.asInt(), 30);
+    EXPECT_EQ(radius.validMin.asInt(), 0);
+    EXPECT_EQ(radius.validMax.asInt(), 100);
+    EXPECT_STREQ(max.effectName(), "MinMax");
+    EXPECT_STREQ(MinPlugin<StandaloneHost>::displayName, "MinMax");
+}
+
+TEST(MinMaxEffect, RadiusZeroGivesNoNodeAndDownsamplingScalesEachAxis) {
+    EXPECT_EQ(radiiFor<Image::MaxOp>(0), std::nullopt);
+    EXPECT_EQ(radiiFor<Image::MinOp>(0), std::nullopt);
+    EXPECT_EQ(radiiFor<Image::MaxOp>(1), (Radii{1, 1}));
+    EXPECT_EQ(radiiFor<Image::MinOp>(10), (Radii{10, 10}));
+    // Truncated per axis, down to 0; a factor that is not positive counts as 1.
+    EXPECT_EQ(radiiFor<Image::MaxOp>(10, 0.25, 0.05), (Radii{2, 0}));
+    EXPECT_EQ(radiiFor<Image::MaxOp>(7, 0.5, 0), (Radii{3, 7}));
+}
+
+TEST(MinMaxEffect, BothEntriesRenderTheirBox) {
+    const Image::PixelFormat format = Image::fourCC("bgra");
+    const Image::ImageBuffer input = Image::randomImage({0, 0, 40, 30}, format, 9);
+    for (const bool max : {true, false}) {
+        std::unique_ptr<StandaloneHost> effect;
+        if (max)
+            effect = std::make_unique<MaxPlugin<StandaloneHost>>();
+        else
+            effect = std::make_unique<MinPlugin<StandaloneHost>>();
+        effect->downsampleY = 0.5;
+        Param::Parameters params;
+        effect->defineParameters(params);
+        params.setInt(4, 0);
+        Image::ImageBuffer in = Image::imageOf(input.rect, format, Image::componentsOf(input));
+        Image::ImageBuffer out;
+        out.allocate(input.rect, format);
+        ASSERT_EQ(effect->render(params, in, out), 0);
+        EXPECT_EQ(Image::firstDifference(Image::componentsOf(out),
+                                         Image::bruteForce(input, input.rect, 4, 2, max), input.rect),
+                  "")
+            << (max ? "max" : "min");
+    }
+}
+
+TEST(MinMaxEffect, ReportsProgressAndStopsWhenCancelled) {
+    const Image::ImageBuffer input = Image::randomImage({0, 0, 64, 80}, Image::fourCC("argb"), 17);
+    for (const bool cancel : {false, true}) {
+        MinPlugin<StandaloneHost> effect;
+        int reports = 0;
+        effect.setProgressCallback([&](uint64_t, uint64_t) {
+            ++reports;
+            return !cancel;
+        });
+        Param::Parameters params;
+        effect.defineParameters(params);
+        Image::ImageBuffer in = Image::imageOf(input.rect, input.pixelFormat(), Image::componentsOf(input));
+        Image::ImageBuffer out;
+        out.allocate(input.rect, input.pixelFormat());
+        EXPECT_EQ(effect.render(params, in, out), cancel ? 517 : 0);
+        EXPECT_GE(reports, 1);
+    }
+}
+
+}  // namespace
+}  // namespace Tw::Plugins
