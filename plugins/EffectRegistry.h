@@ -10,13 +10,15 @@
 #include "plugins/BalanceRGBPlugin.h"
 #include "plugins/EffectInputs.h"
 #include "plugins/MinMaxPlugin.h"
+#include "plugins/SmoothingPlugin.h"
 
 // Every effect, once: its exported entry name and its plug-in class template over the host.
 #define TW_FOR_EACH_EFFECT(EFFECT)            \
     EFFECT(BalanceEntry, BalancePlugin)       \
     EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
     EFFECT(MaxEntry, MaxPlugin)               \
-    EFFECT(MinEntry, MinPlugin)
+    EFFECT(MinEntry, MinPlugin)               \
+    EFFECT(SmoothingEntry, SmoothingPlugin)
 
 namespace Tw::Plugins {
 

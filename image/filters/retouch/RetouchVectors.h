@@ -1,0 +1,230 @@
+// Vector helpers shared by the retouching kernels, on top of PixelVector.h. Like everything there they
+// are exact lane-wise IEEE arithmetic and exact integer moves, so a vector of 8 lanes, one of 4 and a
+// single pixel give the same bits, which is what lets a kernel mix widths at the ends of a line.
+//
+// Integer components travel between memory and the float lanes in the low part of a 16-byte vector
+// (`Stored`), widened and narrowed one step at a time: vectors of 4 or 8 narrow components are no native
+// type, and the compiler would move them a byte at a time.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include "image/core/ComponentType.h"
+#include "image/graph/PixelVector.h"
+
+namespace Tw::Image {
+
+// The vector width of the retouching kernels in a processor variant: at least one whole pixel.
+template <class Isa>
+inline constexpr int kPixelLanes = Isa::floatLanes < 4 ? 4 : Isa::floatLanes;
+
+// Lanes components as an image holds them: floats as they are, integers in the low part of 16 bytes.
+template <class T, int Lanes>
+using Stored = std::conditional_t<std::is_same_v<T, float>, FloatVector<Lanes>, Vector<T, 16 / sizeof(T)>>;
+
+namespace Detail {
+
+// Up to 16 bytes into a vector of 16, the rest zero, by a load the width of the part.
+template <class V, std::size_t Bytes>
+[[gnu::always_inline]] inline V loadLow(const void* p) {
+    if constexpr (Bytes == 16) {
+        V v;
+        std::memcpy(&v, p, 16);
+        return v;
+    } else if constexpr (Bytes == 8) {
+        double d;
+        std::memcpy(&d, p, 8);
+        return std::bit_cast<V>(Vector<double, 2>{d, 0});
+    } else {
+        static_assert(Bytes == 4);
+        float f;
+        std::memcpy(&f, p, 4);
+        return std::bit_cast<V>(FloatVector<4>{f, 0, 0, 0});
+    }
+}
+
+}  // namespace Detail
+
+// Lanes components from `components`.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline Stored<T, Lanes> loadStored(const T* components) {
+    if constexpr (std::is_same_v<T, float>) {
+        FloatVector<Lanes> v;
+        std::memcpy(&v, components, sizeof v);
+        return v;
+    } else {
+        return Detail::loadLow<Stored<T, Lanes>, Lanes * sizeof(T)>(components);
+    }
+}
+
+// Lanes / 4 pixels, pixel k from `pixels[k]`.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline Stored<T, Lanes> gatherStored(const T* const (&pixels)[Lanes / 4]) {
+    if constexpr (Lanes == 4) {
+        return loadStored<4>(pixels[0]);
+    } else if constexpr (std::is_same_v<T, float>) {
+        return __builtin_shufflevector(loadStored<4>(pixels[0]), loadStored<4>(pixels[1]), 0, 1, 2, 3, 4, 5,
+                                       6, 7);
+    } else {
+        // Two pixels of 4 or 8 bytes as two lanes of that width.
+        using Half = std::conditional_t<sizeof(T) == 1, float, double>;
+        using Pair = Vector<Half, 16 / sizeof(Half)>;
+        Half first, second;
+        std::memcpy(&first, pixels[0], sizeof(Half));
+        std::memcpy(&second, pixels[1], sizeof(Half));
+        Pair pair{};
+        pair[0] = first;
+        pair[1] = second;
+        return std::bit_cast<Stored<T, Lanes>>(pair);
+    }
+}
+
+template <int Lanes, class T>
+[[gnu::always_inline]] inline void storeStored(T* components, Stored<T, Lanes> v) {
+    std::memcpy(components, &v, Lanes * sizeof(T));
+}
+
+// Pixel k to `pixels[k]`.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline void scatterStored(T* const (&pixels)[Lanes / 4], Stored<T, Lanes> v) {
+    for (int k = 0; k < Lanes / 4; ++k)
+        std::memcpy(pixels[k], reinterpret_cast<const T*>(&v) + 4 * k, 4 * sizeof(T));
+}
+
+template <int Lanes, class T>
+[[gnu::always_inline]] inline FloatVector<Lanes> floatsOf(Stored<T, Lanes> v) {
+    using F = FloatVector<Lanes>;
+    using I = IntVector<Lanes>;
+    if constexpr (std::is_same_v<T, float>) {
+        return v;
+    } else {
+        using Words = Vector<uint16_t, 8>;
+        Words words;
+        if constexpr (sizeof(T) == 1) {
+            words = std::bit_cast<Words>(__builtin_shufflevector(v, decltype(v){}, 0, 16, 1, 16, 2, 16, 3, 16,
+                                                                 4, 16, 5, 16, 6, 16, 7, 16));
+        } else {
+            words = v;
+        }
+        if constexpr (Lanes == 4) {
+            return __builtin_convertvector(
+                std::bit_cast<I>(__builtin_shufflevector(words, Words{}, 0, 8, 1, 8, 2, 8, 3, 8)), F);
+        } else {
+            static_assert(Lanes == 8);
+            return __builtin_convertvector(
+                std::bit_cast<I>(
+                    __builtin_shufflevector(words, Words{}, 0, 8, 1, 8, 2, 8, 3, 8, 4, 8, 5, 8, 6, 8, 7, 8)),
+                F);
+        }
+    }
+}
+
+template <int Lanes, class T>
+[[gnu::always_inline]] inline FloatVector<Lanes> loadFloats(const T* components) {
+    return floatsOf<Lanes, T>(loadStored<Lanes>(components));
+}
+
+// Integers already within the range of T, narrowed by picking their low bytes.
+template <class T, int Lanes, class Integers>
+[[gnu::always_inline]] inline Stored<T, Lanes> narrowed(Integers integers) {
+    using Narrow = Vector<T, 4 * Lanes / sizeof(T)>;  // the integers' bytes as components of T
+    const auto parts = std::bit_cast<Narrow>(integers);
+    constexpr int k = 4 / sizeof(T);  // parts of T in an integer
+    if constexpr (Lanes == 4 && k == 4) {
+        return __builtin_shufflevector(parts, parts, 0, 4, 8, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    } else if constexpr (Lanes == 4) {
+        return __builtin_shufflevector(parts, parts, 0, 2, 4, 6, 0, 0, 0, 0);
+    } else if constexpr (k == 4) {
+        // Each half of the vector narrowed in place, then the two halves' results joined.
+        const auto halves = std::bit_cast<IntVector<8>>(
+            __builtin_shufflevector(parts, parts, 0, 4, 8, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 16, 20, 24,
+                                    28, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16));
+        return std::bit_cast<Stored<T, Lanes>>(__builtin_shufflevector(halves, halves, 0, 4, 0, 0));
+    } else {
+        const auto halves = std::bit_cast<Vector<int64_t, 4>>(
+            __builtin_shufflevector(parts, parts, 0, 2, 4, 6, 0, 0, 0, 0, 8, 10, 12, 14, 8, 8, 8, 8));
+        return std::bit_cast<Stored<T, Lanes>>(__builtin_shufflevector(halves, halves, 0, 2));
+    }
+}
+
+// Values already within the range of T, with the fraction cut off toward zero; float passes unchanged.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline Stored<T, Lanes> truncatedStored(FloatVector<Lanes> values) {
+    if constexpr (std::is_same_v<T, float>) {
+        return values;
+    } else {
+        return narrowed<T, Lanes>(__builtin_convertvector(values, IntVector<Lanes>));
+    }
+}
+
+// Integers: max(v, 0), white where that is above white, else cut toward zero; a NaN gives 0. Float
+// passes unchanged. Where the cut value would exceed white, every bit of the integer is set, which
+// narrows to 255 at 8 bits, and at 16 bits is turned into 32768 by clearing the low fifteen; this also
+// covers values too large for an integer.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline Stored<T, Lanes> clampedStored(FloatVector<Lanes> values) {
+    if constexpr (std::is_same_v<T, float>) {
+        return values;
+    } else {
+        constexpr float white = ComponentTraits<T>::white;
+        const FloatVector<Lanes> positive = values > 0.0f ? values : FloatVector<Lanes>{};
+        const IntVector<Lanes> over = positive >= white + 1.0f;
+        IntVector<Lanes> integers = __builtin_convertvector(positive, IntVector<Lanes>) | over;
+        if constexpr (sizeof(T) == 2) integers ^= over & 0x7fff;
+        return narrowed<T, Lanes>(integers);
+    }
+}
+
+template <int Lanes, class T>
+[[gnu::always_inline]] inline void storeTruncated(T* components, FloatVector<Lanes> values) {
+    storeStored<Lanes>(components, truncatedStored<T, Lanes>(values));
+}
+
+// The sign bit cleared, as fabs does.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> absolute(FloatVector<Lanes> v) {
+    return std::bit_cast<FloatVector<Lanes>>(std::bit_cast<IntVector<Lanes>>(v) & 0x7fffffff);
+}
+
+// The weights of Lanes / 4 neighbouring pixels, each repeated over the four components of its pixel.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> spreadOverPixels(const float* weights) {
+    if constexpr (Lanes == 4) {
+        const auto one = Detail::loadLow<FloatVector<4>, 4>(weights);
+        return __builtin_shufflevector(one, one, 0, 0, 0, 0);
+    } else {
+        static_assert(Lanes == 8);
+        const auto pair = Detail::loadLow<FloatVector<4>, 8>(weights);
+        return __builtin_shufflevector(pair, pair, 0, 0, 0, 0, 1, 1, 1, 1);
+    }
+}
+
+// The sum of the four components of each of Lanes pixels, added in memory order c0, c1, c2, c3 from 0.
+// The pixels come in four vectors, in memory order; the sums go out one per lane, pixel 0 first.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> pixelSums(const FloatVector<Lanes> (&v)[4]) {
+    using F = FloatVector<Lanes>;
+    // Component c of the pixels of two neighbouring vectors, gathered into the low lanes; then the two
+    // halves joined.
+    const auto component = [&]<int C>() {
+        if constexpr (Lanes == 4) {
+            const F low = __builtin_shufflevector(v[0], v[1], C, 4 + C, 0, 0);
+            const F high = __builtin_shufflevector(v[2], v[3], C, 4 + C, 0, 0);
+            return F(__builtin_shufflevector(low, high, 0, 1, 4, 5));
+        } else {
+            static_assert(Lanes == 8);
+            const F low = __builtin_shufflevector(v[0], v[1], C, 4 + C, 8 + C, 12 + C, 0, 0, 0, 0);
+            const F high = __builtin_shufflevector(v[2], v[3], C, 4 + C, 8 + C, 12 + C, 0, 0, 0, 0);
+            return F(__builtin_shufflevector(low, high, 0, 1, 2, 3, 8, 9, 10, 11));
+        }
+    };
+    F sum = F{} + component.template operator()<0>();
+    sum += component.template operator()<1>();
+    sum += component.template operator()<2>();
+    return sum + component.template operator()<3>();
+}
+
+}  // namespace Tw::Image

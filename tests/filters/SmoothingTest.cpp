@@ -1,0 +1,278 @@
+// "Smoothing": its parameters, the graph it builds at the edges of its settings, its pixels against the
+// blurs it is made of, and its two small filters, the layer mix and the difference.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <tuple>
+
+#include "host/standalone/Host.h"
+#include "image/graph/Scheduler.h"
+#include "plugins/SmoothingPlugin.h"
+#include "tests/support/BareHost.h"
+
+namespace Tw::Plugins {
+namespace {
+
+using Image::fourCC;
+using Image::ImageBuffer;
+using Image::PixelFormat;
+using Image::PixelRect;
+using Host = Tw::Host::Standalone::Host;
+using BareHost = Tw::Test::BareHost;
+using Layer = Image::FilterLayer<Host>;
+using Blur = Image::DomainTransformBlurFilter<Host>;
+using Layers = Image::BlurLayersFilter<Host>;
+using Difference = Image::DifferenceFilter<Host>;
+using Minimum = Image::MinMaxFilter<Host, Image::MinOp>;
+using Maximum = Image::MinMaxFilter<Host, Image::MaxOp>;
+
+ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, uint32_t seed) {
+    ImageBuffer image;
+    image.allocate(rect, format);
+    std::mt19937 random(seed);
+    const float white = Image::formatMaximum(format);
+    std::uniform_real_distribution<float> unit(0.0f,
+                                               white == 32768 ? 1.25f : 1.0f);  // 16 bits beyond white too
+    Image::dispatchLayout(image, [&](auto layout) {
+        using T = typename decltype(layout)::Component;
+        auto* v = reinterpret_cast<T*>(image.pixels());
+        for (std::size_t i = 0; i < std::size_t(image.rowStride()) / sizeof(T) * rect.height(); ++i)
+            v[i] = static_cast<T>(white == 1 ? unit(random) : std::floor(unit(random) * white));
+    });
+    return image;
+}
+
+std::vector<float> componentsOf(const ImageBuffer& image) {
+    std::vector<float> values;
+    Image::dispatchLayout(image, [&](auto layout) {
+        const auto view = Image::ImageView<typename decltype(layout)::Component>::of(image);
+        for (int32_t y = image.rect.top; y < image.rect.bottom; ++y)
+            for (int32_t x = image.rect.left; x < image.rect.right; ++x)
+                for (int c = 0; c < 4; ++c)
+                    values.push_back(static_cast<float>(view.at(x, y)[c]));
+    });
+    return values;
+}
+
+struct Settings {
+    double amount = 30, detail = 40, contrast = 25;
+};
+
+void apply(Param::Parameters& params, const Settings& s) {
+    params.setFloat(1, s.amount);
+    params.setFloat(2, s.detail);
+    params.setFloat(3, s.contrast);
+}
+
+std::vector<float> render(const Settings& s, ImageBuffer& in, Image::CpuFeatures featureMask = ~0u,
+                          uint32_t threads = 0) {
+    SmoothingPlugin<Host> effect;
+    effect.featureMask = featureMask;
+    effect.threadCount = threads;
+    Param::Parameters params;
+    effect.defineParameters(params);
+    apply(params, s);
+    ImageBuffer out;
+    out.allocate(in.rect, in.pixelFormat());
+    EXPECT_EQ(effect.render(params, in, out), 0);
+    return componentsOf(out);
+}
+
+// The chain "Smoothing" builds, kept for inspection.
+struct Chain {
+    explicit Chain(const Settings& s, double downsampleX = 1, double downsampleY = 1,
+                   ImageBuffer* image = nullptr)
+        : source(image, {0, 0, 400, 300}), chain(host, source, {}) {
+        host.downsampleX = downsampleX;
+        host.downsampleY = downsampleY;
+        SmoothingPlugin<Host>().defineParameters(params);
+        apply(params, s);
+        last = &SmoothingPluginFilters<Host>::makeFilters(chain, params);
+    }
+    Layers& layers() { return dynamic_cast<Layers&>(*last); }
+    Blur& smooth() { return layers().textureBlurA; }
+    // The minimum box of the contrast edges.
+    const Minimum& minimum() { return dynamic_cast<const Minimum&>(*smooth().inputs.at(1)->inputs.at(0)); }
+
+    BareHost host;
+    Layer source;
+    Image::FilterChain<Host> chain;
+    Param::Parameters params;
+    Image::FilterBase<Host>* last = nullptr;
+};
+
+TEST(SmoothingEffect, DeclaresItsParametersInHostOrder) {
+    SmoothingPlugin<Host> effect;
+    EXPECT_STREQ(effect.effectName(), "Smoothing");
+    Param::Parameters params;
+    effect.defineParameters(params);
+    ASSERT_EQ(params.records.size(), 4u);
+    EXPECT_EQ(params.records[0].label, "Locked");
+    EXPECT_EQ(params.records[0].kind, Param::ParamKind::Checkbox);
+    EXPECT_FALSE(params.getBool(0));
+    const std::tuple<const char*, double, double, double, uint32_t> sliders[] = {
+        {"Smoothing Amount", 30, 0, 200, 4},
+        {"Skin Detail Smoothing", 40, -400, 100, 0},
+        {"Contrast Enhance", 25, 0, 100, 0}};
+    for (int i = 1; i <= 3; ++i) {
+        const auto& [label, value, min, max, flags] = sliders[i - 1];
+        const auto& record = params.records[i];
+        EXPECT_EQ(record.label, label);
+        EXPECT_EQ(record.kind, Param::ParamKind::FloatSlider);
+        EXPECT_EQ(params.getFloat(i), value);
+        EXPECT_EQ(record.sliderMin.asFloat(), min);
+        EXPECT_EQ(record.validMax.asFloat(), max);
+        EXPECT_EQ(record.flags, flags);
+    }
+}
+
+TEST(SmoothingGraph, TheDefaultsMakeTwoBlursWithContrastEdgesOnTheFirst) {
+    Chain chain({});
+    Layers& layers = chain.layers();
+    EXPECT_EQ(layers.scale1, 0.0f);
+    EXPECT_EQ(layers.scale2, 1.0f - 0.4f);
+    EXPECT_THAT(layers.inputs,
+                testing::ElementsAre(&chain.source, &layers.textureBlurA, &layers.textureBlurB));
+    for (const Blur* blur : {&layers.textureBlurA, &layers.textureBlurB}) {
+        EXPECT_EQ(blur->params.sigmaX, 30.0f);
+        EXPECT_EQ(blur->params.sigmaY, 30.0f);
+        EXPECT_EQ(blur->params.iterations, 3u);
+    }
+    EXPECT_EQ(layers.textureBlurA.params.sigmaR, 0.4f);
+    EXPECT_EQ(layers.textureBlurB.params.sigmaR, 0.1f);
+    // Contrast 0.25: radius 40 * 0.25 + 10 = 20, weight 0.75, on the smoothing blur only.
+    EXPECT_FALSE(chain.smooth().guideIsInput1);
+    EXPECT_EQ(chain.smooth().edgeScale, 0.75f);
+    const auto& range = dynamic_cast<const Difference&>(*chain.smooth().inputs.at(1));
+    EXPECT_EQ(dynamic_cast<const Maximum&>(*range.inputs.at(1)).yRadius, 20);
+    EXPECT_EQ(chain.minimum().xRadius, 20);
+    EXPECT_THAT(chain.minimum().inputs, testing::ElementsAre(&chain.source));
+    EXPECT_THAT(layers.textureBlurB.inputs, testing::ElementsAre(&chain.source));
+    EXPECT_TRUE(layers.textureBlurB.guideIsInput1);
+}
+
+TEST(SmoothingGraph, TheEdgesOfTheSettings) {
+    Chain none({.amount = 0});
+    EXPECT_EQ(none.last, &none.source);
+    // Contrast 0: no minimum, maximum or difference, and the blur guides itself.
+    Chain flat({.contrast = 0});
+    EXPECT_THAT(flat.smooth().inputs, testing::ElementsAre(&flat.source));
+    EXPECT_TRUE(flat.smooth().guideIsInput1);
+    for (const auto& [contrast, radius, weight] :
+         {std::tuple{50.0, 30, 1.0f}, {100.0, 50, 1.0f}, {1.0, 10, 0.51f}}) {
+        Chain chain({.contrast = contrast});
+        EXPECT_EQ(chain.minimum().xRadius, radius) << contrast;
+        EXPECT_EQ(chain.minimum().yRadius, radius) << contrast;
+        EXPECT_EQ(chain.smooth().edgeScale, weight) << contrast;
+    }
+    // At half resolution sigma and radius halve and the ranges stay; an anamorphic downsample takes the
+    // horizontal factor on both axes.
+    for (const auto& [x, y, sigma, radius] : {std::tuple{0.5, 0.5, 15.0f, 15}, {0.25, 1.0, 7.5f, 8}}) {
+        Chain chain({.contrast = 50}, x, y);
+        EXPECT_EQ(chain.smooth().params.sigmaX, sigma);
+        EXPECT_EQ(chain.smooth().params.sigmaY, sigma);
+        EXPECT_EQ(chain.smooth().params.sigmaR, 0.4f);
+        EXPECT_EQ(chain.layers().textureBlurB.params.sigmaR, 0.1f);
+        EXPECT_EQ(chain.minimum().yRadius, radius);
+    }
+    // Detail 100: no texture, so the mix gives way to blur 1 and blur 2 drops out of the graph.
+    ImageBuffer in = randomImage({0, 0, 16, 12}, fourCC("argb"), 5);
+    Chain full({.detail = 100}, 1, 1, &in);
+    EXPECT_EQ(full.layers().scale2, 0.0f);
+    EXPECT_EQ(full.layers().passThroughInput(), 1);
+    ImageBuffer out;
+    out.allocate(in.rect, in.pixelFormat());
+    Image::prepareGraph<Host>(*full.last, full.host, out);
+    EXPECT_TRUE(full.layers().consumers.empty());
+    EXPECT_TRUE(full.layers().textureBlurB.inputs.empty() && full.layers().textureBlurB.consumers.empty());
+    EXPECT_EQ(full.smooth().inputs.size(), 3u);  // split into its passes: it ran
+}
+
+// The blurs the effect is made of, as graphs of their own, and the mix as its formula gives it.
+std::vector<float> composed(ImageBuffer& in, const Settings& s) {
+    const float sigma = static_cast<float>(s.amount), contrast = static_cast<float>(s.contrast) / 100.0f;
+    const auto blur = [&](float sigmaR, bool withEdges) {
+        BareHost host;
+        Layer source(&in);
+        Blur node(source, {sigma, sigma, sigmaR, 3}, true);
+        const auto radius = static_cast<int32_t>(40.0f * contrast + 10.0f + 0.5f);
+        Minimum minimum(source, radius, radius);
+        Maximum maximum(source, radius, radius);
+        Difference range(minimum, maximum);
+        if (withEdges && contrast > 0) {
+            node.guideIsInput1 = false;
+            node.appendInput(range);
+            node.edgeScale = std::min(contrast + 0.5f, 1.0f);
+        }
+        ImageBuffer out;
+        out.allocate(in.rect, in.pixelFormat());
+        Image::prepareGraph<Host>(node, host, out);
+        return componentsOf(out);
+    };
+    const std::vector<float> o = componentsOf(in), b1 = blur(0.4f, true), b2 = blur(0.1f, false);
+    const float scale2 = 1.0f - static_cast<float>(s.detail) / 100.0f,
+                white = Image::formatMaximum(in.pixelFormat());
+    std::vector<float> out(o.size());
+    for (std::size_t i = 0; i < o.size(); ++i) {
+        const float r = (o[i] - b2[i]) * scale2 + ((b2[i] - b1[i]) * 0.0f + b1[i]);
+        out[i] = white == 1 ? r : std::trunc(std::min(std::max(r, 0.0f), white));
+    }
+    return out;
+}
+
+TEST(SmoothingPixels, TheMixOfTheTwoBlursAtEveryDepthVariantAndThreadCount) {
+    for (const PixelFormat format : {fourCC("argb"), fourCC("ae16"), fourCC("ae32"), fourCC("bgra")}) {
+        ImageBuffer in = randomImage({0, 0, 37, 29}, format, 9);
+        for (const Settings& s : {Settings{.amount = 5}, Settings{.amount = 3, .detail = -400, .contrast = 0},
+                                  Settings{.amount = 6, .detail = 100, .contrast = 60}}) {
+            SCOPED_TRACE(testing::Message() << Image::formatDepth(format) << " bits, " << s.amount << " "
+                                            << s.detail << " " << s.contrast);
+            const std::vector<float> expected = composed(in, s);
+            EXPECT_EQ(render(s, in), expected);
+            EXPECT_EQ(render(s, in, 0, 3), expected);
+        }
+    }
+}
+
+TEST(SmoothingBlurLayersNode, PassThroughAndEquality) {
+    ImageBuffer in = randomImage({0, 0, 4, 4}, fourCC("argb"), 1);
+    Layer source(&in);
+    const Image::DomainTransformParams wide{3, 3, 0.4f, 3}, narrow{3, 3, 0.1f, 3};
+    Layers layers(source, wide, narrow, 0, 0.5f);
+    EXPECT_STREQ(layers.name(), "blurLayers");
+    EXPECT_TRUE(layers.canRunInPlace(0) && !layers.canRunInPlace(1));
+    EXPECT_TRUE(layers.textureBlurA.guideIsInput1 && layers.textureBlurB.guideIsInput1);
+    EXPECT_EQ(layers.passThroughInput(), -1);
+    EXPECT_EQ(Layers(source, wide, narrow, 0, 0).passThroughInput(), 1);
+    EXPECT_EQ(Layers(source, wide, narrow, 1, 1).passThroughInput(), 0);
+    EXPECT_EQ(Layers(source, wide, narrow, 1, 0).passThroughInput(), -1);
+    EXPECT_TRUE(layers.equals(Layers(source, narrow, wide, 0, 0.5f)));
+    EXPECT_FALSE(layers.equals(Layers(source, wide, narrow, 0, 0.25f)));
+    EXPECT_FALSE(Layers(source, wide, narrow, NAN, 1).equals(Layers(source, wide, narrow, NAN, 1)));
+}
+
+TEST(SmoothingDifferenceNode, AbsoluteDifferenceOverTheCommonBounds) {
+    for (const PixelFormat format : {fourCC("argb"), fourCC("ae16"), fourCC("ae32")}) {
+        ImageBuffer a = randomImage({0, 0, 19, 6}, format, 1), b = randomImage({3, 1, 25, 9}, format, 2);
+        BareHost host;
+        Layer first(&a), second(&b);
+        Difference difference(first, second);
+        EXPECT_EQ(difference.bounds(), (PixelRect{3, 1, 19, 6}));
+        EXPECT_STREQ(difference.boundsExpression(), "intersect(bounds1, bounds2)");
+        ImageBuffer out, left, right;
+        out.allocate(difference.bounds(), format);
+        Image::prepareGraph<Host>(difference, host, out);
+        left.allocate(out.rect, format);
+        right.allocate(out.rect, format);
+        left.copyFrom(a);
+        right.copyFrom(b);
+        const std::vector<float> result = componentsOf(out), x = componentsOf(left), y = componentsOf(right);
+        for (std::size_t i = 0; i < result.size(); ++i)
+            ASSERT_EQ(result[i], std::fabs(x[i] - y[i])) << i;  // 16-bit values beyond white unclamped
+    }
+}
+
+}  // namespace
+}  // namespace Tw::Plugins
