@@ -8,6 +8,7 @@
 
 #include "plugins/BalancePlugin.h"
 #include "plugins/BalanceRGBPlugin.h"
+#include "plugins/BlurPlugin.h"
 #include "plugins/EffectInputs.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/SmoothingPlugin.h"
@@ -16,6 +17,7 @@
 #define TW_FOR_EACH_EFFECT(EFFECT)            \
     EFFECT(BalanceEntry, BalancePlugin)       \
     EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
+    EFFECT(BlurEntry, BlurPlugin)             \
     EFFECT(MaxEntry, MaxPlugin)               \
     EFFECT(MinEntry, MinPlugin)               \
     EFFECT(SmoothingEntry, SmoothingPlugin)

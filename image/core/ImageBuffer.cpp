@@ -172,4 +172,16 @@ void ImageBuffer::clear(const PixelRect& area) {
     }
 }
 
+void ImageBuffer::clearOutside(const PixelRect& area, const PixelRect& kept) {
+    const PixelRect inside = kept.intersect(area);
+    if (inside.isEmpty()) {
+        clear(area);
+        return;
+    }
+    clear({area.left, area.top, area.right, inside.top});
+    clear({area.left, inside.bottom, area.right, area.bottom});
+    clear({area.left, inside.top, inside.left, inside.bottom});
+    clear({inside.right, inside.top, area.right, inside.bottom});
+}
+
 }  // namespace Tw::Image

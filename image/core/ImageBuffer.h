@@ -56,6 +56,8 @@ public:
     void viewOf(const ImageBuffer& parent, const PixelRect& rect);
     // Sets `rect`, clipped to this image, to zero.
     void clear(const PixelRect& rect);
+    // Sets the parts of `area` outside `kept` to zero: what a filter writes where it has nothing to say.
+    void clearOutside(const PixelRect& area, const PixelRect& kept);
     // Copies the intersection of both rectangles from `source`, converting depth and component order.
     // Every conversion truncates; the rest of this image stays as it was.
     void copyFrom(const ImageBuffer& source);

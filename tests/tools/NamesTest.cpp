@@ -45,9 +45,9 @@ TEST_F(Names, EffectsGoByDisplayOrShortNameInAnyCase) {
         EXPECT_STREQ(findEffect(name).entryName, "BalanceRGBEntry") << name;
     EXPECT_STREQ(findEffect("balance").entryName, "BalanceEntry");
 
-    const RunResult result = twfx({"params", "Blur"});
+    const RunResult result = twfx({"params", "Sharpen"});
     EXPECT_EQ(result.code, 5);
-    EXPECT_THAT(result.err, HasSubstr("unknown effect \"Blur\""));
+    EXPECT_THAT(result.err, HasSubstr("unknown effect \"Sharpen\""));
 }
 
 TEST_F(Names, ANameOfTwoEffectsIsAnErrorThatListsBoth) {

@@ -145,7 +145,8 @@ public:
             source = &destination;
             host.progressLevels().finishNodePass();
         }
-        clearAround(output, region(0));
+        // Where the output reaches beyond the bounds the blur has nothing to say: transparent black.
+        output.clearOutside(output.rect, region(0));
     }
 
     uint64_t scratchBytes(const DeviceContext* device, const PixelRect& rect,
@@ -204,19 +205,6 @@ private:
     }
     static int32_t saturated(int64_t value) {
         return static_cast<int32_t>(std::clamp<int64_t>(value, PixelRect::kMin, PixelRect::kMax));
-    }
-    // Clears what of `image` lies outside `kept`: where the output reaches beyond the bounds, the blur has
-    // nothing to say, and transparent black is what a reader finds outside an image.
-    static void clearAround(ImageBuffer& image, const PixelRect& kept) {
-        const PixelRect all = image.rect;
-        if (kept.isEmpty()) {
-            image.clear(all);
-            return;
-        }
-        image.clear({all.left, all.top, all.right, kept.top});
-        image.clear({all.left, kept.bottom, all.right, all.bottom});
-        image.clear({all.left, kept.top, kept.left, kept.bottom});
-        image.clear({kept.right, kept.top, all.right, kept.bottom});
     }
 };
 

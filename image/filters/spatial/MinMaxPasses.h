@@ -52,19 +52,6 @@ inline PixelRect validPixels(const ImageBuffer& image) {
     return image.hasStorage() ? image.rect.intersect(image.validRect) : PixelRect::empty();
 }
 
-// Transparent black over the parts of `band` outside `inside`: outputs whose window holds no input.
-inline void clearOutside(ImageBuffer& image, const PixelRect& band, const PixelRect& inside) {
-    const PixelRect kept = inside.intersect(band);
-    if (kept.isEmpty()) {
-        image.clear(band);
-        return;
-    }
-    image.clear({band.left, band.top, band.right, kept.top});
-    image.clear({band.left, kept.bottom, band.right, band.bottom});
-    image.clear({band.left, kept.top, kept.left, kept.bottom});
-    image.clear({kept.right, kept.top, band.right, kept.bottom});
-}
-
 template <class V>
 LineOf<V, const std::byte> lineFrom(const void* first, std::ptrdiff_t stride, int origin) {
     return {static_cast<const std::byte*>(first), stride, origin};
@@ -84,7 +71,7 @@ void minMaxRows(Host& host, uint32_t threadIndex, const ImageBuffer& input, Imag
     const PixelRect valid = validPixels(input);
     const LineSpan span = LineSpan::of(band.left, band.right, valid.left, valid.right, radius);
     const int firstRow = std::max(band.top, valid.top), endRow = std::min(band.bottom, valid.bottom);
-    clearOutside(output, band, {span.begin, firstRow, span.end, endRow});
+    output.clearOutside(band, {span.begin, firstRow, span.end, endRow});
     HostProgress<Host> progress(host, threadIndex);
     const LineProgress<HostProgress<Host>> lines{progress, band.height()};
     if (span.isEmpty() || firstRow >= endRow) {
@@ -142,7 +129,7 @@ void minMaxColumns(Host& host, uint32_t threadIndex, const ImageBuffer& input, I
     const PixelRect valid = validPixels(input);
     const LineSpan span = LineSpan::of(band.top, band.bottom, valid.top, valid.bottom, radius);
     const int firstColumn = std::max(band.left, valid.left), endColumn = std::min(band.right, valid.right);
-    clearOutside(output, band, {firstColumn, span.begin, endColumn, span.end});
+    output.clearOutside(band, {firstColumn, span.begin, endColumn, span.end});
     HostProgress<Host> progress(host, threadIndex);
     const auto height = static_cast<uint64_t>(band.height());
     progress.progress(0, height);
