@@ -1,26 +1,14 @@
-// The effect registry: the one list of the bundle's effects. The After Effects entry points, the
-// command-line tool and the frei0r plug-ins all read it; nothing else lists effects.
+// The effect registry: the bundle's effects as a table, the same for every host. The After Effects entry
+// points, the command-line tool and the frei0r plug-ins all read it. The effects themselves are listed in
+// plugins/EffectList.h; a host's build compiles the table and each effect once (EffectRegistry.cmake), so
+// that reading the table costs a caller nothing.
 #pragma once
 
 #include <memory>
 #include <span>
 #include <string_view>
 
-#include "plugins/BalancePlugin.h"
-#include "plugins/BalanceRGBPlugin.h"
-#include "plugins/BlurPlugin.h"
 #include "plugins/EffectInputs.h"
-#include "plugins/MinMaxPlugin.h"
-#include "plugins/SmoothingPlugin.h"
-
-// Every effect, once: its exported entry name and its plug-in class template over the host.
-#define TW_FOR_EACH_EFFECT(EFFECT)            \
-    EFFECT(BalanceEntry, BalancePlugin)       \
-    EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
-    EFFECT(BlurEntry, BlurPlugin)             \
-    EFFECT(MaxEntry, MaxPlugin)               \
-    EFFECT(MinEntry, MinPlugin)               \
-    EFFECT(SmoothingEntry, SmoothingPlugin)
 
 namespace Tw::Plugins {
 
@@ -38,19 +26,8 @@ struct EffectEntry {
     }
 };
 
-template <class Plugin, class Host>
-std::unique_ptr<Host> createEffect() {
-    return std::make_unique<Plugin>();
-}
-
+// Every effect of the list, in list order, made for `Host`.
 template <class Host>
-std::span<const EffectEntry<Host>> effectRegistry() {
-#define TW_REGISTRY_ENTRY(entry, Plugin)                                       \
-    EffectEntry<Host>{#entry, Plugin<Host>::displayName, Plugin<Host>::inputs, \
-                      &createEffect<Plugin<Host>, Host>},
-    static const EffectEntry<Host> entries[] = {TW_FOR_EACH_EFFECT(TW_REGISTRY_ENTRY)};
-#undef TW_REGISTRY_ENTRY
-    return entries;
-}
+std::span<const EffectEntry<Host>> effectRegistry();
 
 }  // namespace Tw::Plugins
