@@ -94,9 +94,9 @@ std::byte* Host::allocatePixels(std::size_t bytes) {
         bytesInUse_.fetch_sub(bytes);
         throw std::bad_alloc();
     }
-    std::byte* pixels;
+    std::byte* pixels = blockCache_.take(bytes);
     try {
-        pixels = Image::allocateAlignedPixels(bytes);
+        if (!pixels) pixels = Image::allocateAlignedPixels(bytes);
     } catch (...) {
         bytesInUse_.fetch_sub(bytes);
         throw;
@@ -108,8 +108,9 @@ std::byte* Host::allocatePixels(std::size_t bytes) {
     return pixels;
 }
 
+// An effect's next render asks for the same blocks again: keep up to what it once held at a time.
 void Host::releasePixels(std::byte* pixels, std::size_t bytes) noexcept {
-    Image::releaseAlignedPixels(pixels);
+    blockCache_.keep(pixels, bytes, peakBytes_.load());
     bytesInUse_.fetch_sub(bytes);
 }
 

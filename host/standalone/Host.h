@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "host/param/Parameters.h"
+#include "host/standalone/PixelBlockCache.h"
 #include "host/standalone/WorkerPool.h"
 #include "image/core/CpuFeatures.h"
 #include "image/core/Exception.h"
@@ -79,9 +80,12 @@ public:
     const Image::ImageBuffer* outputFrame() const override { return outputFrame_; }
 
     // Pixel memory taken through this host: allocations made, bytes held now, and the most held at once.
+    // Released blocks stay with the host for its next render (`bytesCached`), never more than the most
+    // held at once, until the host goes.
     std::size_t allocationCount() const { return allocationCount_.load(); }
     std::size_t bytesInUse() const { return bytesInUse_.load(); }
     std::size_t peakBytes() const { return peakBytes_.load(); }
+    std::size_t bytesCached() const { return blockCache_.bytesKept(); }
 
     // The resolution of the frame as a fraction of full resolution, per axis (0.5: every other pixel).
     // Effects scale their radii by it, since radii are given in full-resolution pixels.
@@ -111,6 +115,7 @@ private:
     std::atomic<std::size_t> allocationCount_{0};
     std::atomic<std::size_t> bytesInUse_{0};
     std::atomic<std::size_t> peakBytes_{0};
+    PixelBlockCache blockCache_;
 };
 
 static_assert(Image::GraphHost<Host>);

@@ -172,6 +172,31 @@ TEST(StandaloneHost, PixelMemoryIsCountedAndCanBeLimited) {
     EXPECT_EQ(host.bytesInUse(), 0u);
 }
 
+TEST(StandaloneHost, ReleasedBlocksServeTheNextRenderUpToThePeak) {
+    BareHost host;
+    const std::byte* first;
+    {
+        Image::ImageBuffer a(&host), b(&host);
+        a.allocateDepth({0, 0, 10, 10}, 8);
+        b.allocateDepth({0, 0, 10, 10}, 32);
+        first = a.pixelAddress(0, 0);
+    }
+    EXPECT_EQ(host.bytesCached(), 640u + 1600u);
+
+    // The same size gets the kept block; another size gets fresh memory and leaves the kept one.
+    Image::ImageBuffer again(&host), other(&host);
+    again.allocateDepth({0, 0, 10, 10}, 8);
+    other.allocateDepth({0, 0, 20, 10}, 8);
+    EXPECT_EQ(again.pixelAddress(0, 0), first);
+    EXPECT_EQ(host.bytesCached(), 1600u);
+    EXPECT_EQ(host.bytesInUse(), 640u + 960u);
+
+    // Never more is kept than was once held at a time (2240 bytes): the last block goes.
+    again.release();
+    other.release();
+    EXPECT_EQ(host.bytesCached(), 640u + 1600u);
+}
+
 TEST(WorkerPool, ACallerFindingThePoolBusyRunsItsSlicesItself) {
     struct Gate {
         std::atomic<bool> entered{false};
