@@ -236,6 +236,21 @@ TEST(SmoothingPixels, TheMixOfTheTwoBlursAtEveryDepthVariantAndThreadCount) {
     }
 }
 
+// Two blurs, each with two derivative planes, a weight plane and temporaries, and the contrast edges: the
+// schedule must release each as soon as its last reader is done, or the memory grows with the graph.
+TEST(SmoothingPixels, HoldsAtMostSixFramesBeyondItsInputAndOutput) {
+    for (const PixelFormat format : {fourCC("argb"), fourCC("ae32")}) {
+        ImageBuffer in = randomImage({0, 0, 320, 240}, format, 3);
+        SmoothingPlugin<Host> effect;
+        Param::Parameters params;
+        effect.defineParameters(params);
+        ImageBuffer out;
+        out.allocate(in.rect, format);
+        ASSERT_EQ(effect.render(params, in, out), 0);
+        EXPECT_LE(effect.peakBytes(), 6 * in.rowStride() * 240) << Image::formatDepth(format) << " bits";
+    }
+}
+
 TEST(SmoothingBlurLayersNode, PassThroughAndEquality) {
     ImageBuffer in = randomImage({0, 0, 4, 4}, fourCC("argb"), 1);
     Layer source(&in);
