@@ -5,9 +5,12 @@ BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 JOBS ?= 2
 # openimageio-tools: Debian's CMake package file of OpenImageIO refuses to load without its programs.
-PACKAGES := cmake g++ make libgtest-dev libbenchmark-dev libopenimageio-dev openimageio-tools
+# ffmpeg and melt: the frei0r hosts the plug-ins' tests run.
+PACKAGES := cmake g++ make libgtest-dev libbenchmark-dev libopenimageio-dev openimageio-tools ffmpeg melt
+# Where `make install` puts the frei0r plug-ins: $(PREFIX)/lib/frei0r-1.
+PREFIX ?= /usr/local
 
-.PHONY: all deps build build-sanitize run test bench clean
+.PHONY: all deps build build-sanitize run test bench install clean
 
 all: build
 
@@ -50,6 +53,10 @@ bench: build
 	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_peers
 	$(BUILD_DIR)/bench/bench_balance
 	$(BUILD_DIR)/bench/peers/bench_peers
+
+# The frei0r plug-ins into $(PREFIX)/lib/frei0r-1, where ffmpeg, MLT, Kdenlive and Shotcut look.
+install: build
+	cmake --install $(BUILD_DIR) --prefix $(PREFIX) --component frei0r
 
 clean:
 	rm -rf $(BUILD_DIR) $(SANITIZE_DIR)

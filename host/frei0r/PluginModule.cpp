@@ -1,0 +1,5 @@
+#include "host/frei0r/PluginModule.h"
+
+const char* Tw::Host::Frei0r::moduleEntryName() {
+    return TW_FREI0R_ENTRY;
+}

@@ -1,0 +1,230 @@
+// The plug-ins in the real hosts Debian ships: ffmpeg's frei0r filter and melt's frei0r filters and
+// transitions render the bundled portrait, and each frame must be the one twfx renders for the same
+// parameter values at 8 bits in BGRA order, byte for byte. Every effect of the registry of the type a
+// host runs takes part, so effects added later are tested here without a change.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "host/frei0r/PluginFileName.h"
+#include "tests/frei0r/HostSettings.h"
+
+extern char** environ;
+
+namespace Tw::Host::Frei0r {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string pluginName(const EffectEntry& entry) {
+    return pluginFileName(entry.entryName, entry.displayName);
+}
+
+// Calls body(entry, description) for every effect whose plug-in is of the frei0r `type`; how many there were.
+template <class Body>
+int forEachPlugin(int type, Body body) {
+    int count = 0;
+    for (const EffectEntry& entry : Plugins::effectRegistry<StandaloneHost>()) {
+        const PluginDescription plugin(entry);
+        if (plugin.pluginType() != type) continue;
+        SCOPED_TRACE(entry.entryName);
+        ++count;
+        body(entry, plugin);
+    }
+    return count;
+}
+
+template <class... More>
+std::vector<std::string> joined(std::vector<std::string> first, const More&... more) {
+    (first.insert(first.end(), more.begin(), more.end()), ...);
+    return first;
+}
+
+std::vector<char> fileBytes(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Empty when the two RGBA frames are equal, else where they first differ.
+std::string firstDifference(const std::vector<char>& actual, const std::vector<char>& expected) {
+    if (actual.size() != expected.size()) {
+        return std::to_string(actual.size()) + " bytes where " + std::to_string(expected.size()) +
+               " were expected";
+    }
+    for (std::size_t i = 0; i < actual.size(); ++i) {
+        if (actual[i] != expected[i]) {
+            return "pixel " + std::to_string(i / 4) + " component " + std::to_string(i % 4) + ": " +
+                   std::to_string(static_cast<unsigned char>(actual[i])) + " where " +
+                   std::to_string(static_cast<unsigned char>(expected[i])) + " was expected";
+        }
+    }
+    return {};
+}
+
+class HostsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+        directory_ =
+            fs::temp_directory_path() / ("tw-frei0r-" + std::to_string(getpid()) + "-" + test->name());
+        fs::remove_all(directory_);
+        fs::create_directories(directory_);
+        ASSERT_EQ(setenv("FREI0R_PATH", TW_FREI0R_PLUGIN_DIR, 1), 0);
+        // The portrait with an alpha channel, so that twfx writes alpha as well and all four components
+        // compare.
+        ASSERT_EQ(run({TW_FFMPEG, "-v", "error", "-y", "-i", TW_SAMPLE_IMAGE, "-vf", "format=rgba",
+                       file("in.png")}),
+                  0);
+        ASSERT_EQ(decode("in.png", "in.rgba"), 0);
+    }
+    void TearDown() override {
+        if (!HasFailure()) fs::remove_all(directory_);
+    }
+
+    std::string file(const std::string& name) const { return (directory_ / name).string(); }
+    std::vector<char> frame(const std::string& name) const { return fileBytes(directory_ / name); }
+
+    // Runs the program with its output in a log file of the test's directory; its exit status, which
+    // fails the test unless it is 0.
+    int run(const std::vector<std::string>& arguments) {
+        const std::string log = file("log-" + std::to_string(++runs_) + ".txt");
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        // melt takes keys from a terminal on its standard input.
+        posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, 1, log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        posix_spawn_file_actions_adddup2(&actions, 1, 2);
+        std::vector<char*> argv;
+        for (const std::string& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        pid_t pid;
+        const int spawned = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        int status = 0;
+        if (spawned != 0 || waitpid(pid, &status, 0) != pid) {
+            ADD_FAILURE() << arguments[0] << " did not start";
+            return -1;
+        }
+        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        if (code != 0) {
+            const std::vector<char> output = fileBytes(log);
+            ADD_FAILURE() << arguments[0] << " ended with " << code << ":\n"
+                          << std::string(output.begin(), output.end());
+        }
+        return code;
+    }
+
+    // The file's first frame as raw RGBA.
+    int decode(const std::string& image, const std::string& raw) {
+        return run({TW_FFMPEG, "-v", "error", "-y", "-i", file(image), "-f", "rawvideo", "-pix_fmt", "rgba",
+                    file(raw)});
+    }
+
+    // twfx's frame of the effect with the settings, at 8 bits in BGRA order, as raw RGBA.
+    std::vector<char> twfxFrame(const EffectEntry& entry, const HostSettings& settings,
+                                const std::vector<std::string>& extra = {}) {
+        const std::vector<std::string> command = {TW_TWFX,
+                                                  "render",
+                                                  std::string(entry.shortName()),
+                                                  "-i",
+                                                  file("in.png"),
+                                                  "-o",
+                                                  file("twfx.png"),
+                                                  "--depth",
+                                                  "8",
+                                                  "--order",
+                                                  "bgra"};
+        if (run(joined(command, settings.twfxOptions(), extra)) != 0) return {};
+        if (decode("twfx.png", "twfx.rgba") != 0) return {};
+        return frame("twfx.rgba");
+    }
+
+    // melt's frame of the producers, filters or transitions in `services`, with the settings' properties,
+    // at the portrait's size and rate, as raw RGBA.
+    std::vector<char> meltFrame(const std::vector<std::string>& services, const HostSettings& settings) {
+        // melt crashes on a profile without a description.
+        std::ofstream(file("profile"))
+            << "description=portrait\nwidth=512\nheight=512\nprogressive=1\nframe_rate_num=25\n"
+               "frame_rate_den=1\nsample_aspect_num=1\nsample_aspect_den=1\n"
+               "display_aspect_num=1\ndisplay_aspect_den=1\ncolorspace=709\n";
+        const std::vector<std::string> consumer = {"-consumer", "avformat:" + file("melt.rgba"), "f=rawvideo",
+                                                   "pix_fmt=rgba", "real_time=0"};
+        if (run(joined({TW_MELT, "-profile", file("profile")}, services, settings.meltProperties(),
+                       consumer)) != 0) {
+            return {};
+        }
+        return frame("melt.rgba");
+    }
+
+private:
+    fs::path directory_;
+    int runs_ = 0;
+};
+
+TEST_F(HostsTest, FfmpegRendersEveryFilterAsTwfxDoes) {
+    const std::vector<char> input = frame("in.rgba");
+    const int filters =
+        forEachPlugin(F0R_PLUGIN_TYPE_FILTER, [&](const EffectEntry& entry, const PluginDescription& plugin) {
+            const HostSettings settings(plugin, HostProgram::Ffmpeg);
+            const std::string filter = "frei0r=filter_name=" + pluginName(entry) +
+                                       ":filter_params=" + settings.ffmpegParams() + ",format=rgba";
+            ASSERT_EQ(run({TW_FFMPEG, "-v", "error", "-y", "-i", file("in.png"), "-vf", filter, "-f",
+                           "rawvideo", file("ffmpeg.rgba")}),
+                      0);
+            const std::vector<char> rendered = frame("ffmpeg.rgba");
+            EXPECT_EQ(firstDifference(rendered, twfxFrame(entry, settings)), "");
+            EXPECT_NE(rendered, input) << "the settings leave the picture as it was";
+        });
+    EXPECT_GT(filters, 0);
+}
+
+TEST_F(HostsTest, MeltRendersEveryFilterAsTwfxDoes) {
+    const std::vector<char> input = frame("in.rgba");
+    forEachPlugin(F0R_PLUGIN_TYPE_FILTER, [&](const EffectEntry& entry, const PluginDescription& plugin) {
+        const HostSettings settings(plugin, HostProgram::Melt);
+        const std::vector<char> rendered =
+            meltFrame({file("in.png"), "in=0", "out=0", "-filter", "frei0r." + pluginName(entry)}, settings);
+        EXPECT_EQ(firstDifference(rendered, twfxFrame(entry, settings)), "");
+        EXPECT_NE(rendered, input);
+    });
+}
+
+// A mixer2 is a transition: the lower track is the effect's own layer, the upper one its layer parameter.
+TEST_F(HostsTest, MeltRendersEveryTwoLayerMixerAsATransitionAsTwfxDoes) {
+    ASSERT_EQ(run({TW_FFMPEG, "-v", "error", "-y", "-i", TW_SAMPLE_IMAGE, "-vf", "hflip,format=rgba",
+                   file("top.png")}),
+              0);
+    ASSERT_EQ(decode("top.png", "top.rgba"), 0);
+    const int mixers =
+        forEachPlugin(F0R_PLUGIN_TYPE_MIXER2, [&](const EffectEntry& entry, const PluginDescription& plugin) {
+            const HostSettings settings(plugin, HostProgram::Melt);
+            const std::vector<char> rendered = meltFrame(
+                {"-track", file("in.png"), "in=0", "out=0", "-track", file("top.png"), "in=0", "out=0",
+                 "-transition", "frei0r." + pluginName(entry), "in=0", "out=0", "a_track=0", "b_track=1"},
+                settings);
+            const auto& records = plugin.defaultRecords();
+            const auto layer = std::find_if(records.begin(), records.end(), [](const auto& record) {
+                return record.kind == Param::ParamKind::Layer;
+            });
+            EXPECT_EQ(firstDifference(rendered, twfxFrame(entry, settings,
+                                                          {"--layer", layer->label + "=" + file("top.png")})),
+                      "");
+            EXPECT_NE(rendered, frame("in.rgba"));
+            EXPECT_NE(rendered, frame("top.rgba"));
+        });
+    if (mixers == 0) GTEST_SKIP() << "the registry has no effect over two layers";
+}
+
+}  // namespace
+}  // namespace Tw::Host::Frei0r
