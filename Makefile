@@ -50,8 +50,9 @@ test: build build-sanitize
 bench: build
 	@$(MAKE) --no-print-directory deps PACKAGES="libopencv-dev libopencv-contrib-dev"
 	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release
-	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_peers
+	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_blend bench_peers
 	$(BUILD_DIR)/bench/bench_balance
+	$(BUILD_DIR)/bench/bench_blend
 	$(BUILD_DIR)/bench/peers/bench_peers
 
 # The frei0r plug-ins into $(PREFIX)/lib/frei0r-1, where ffmpeg, MLT, Kdenlive and Shotcut look.

@@ -7,6 +7,7 @@
 
 #include "plugins/BalancePlugin.h"
 #include "plugins/BalanceRGBPlugin.h"
+#include "plugins/BlendPlugin.h"
 #include "plugins/BlurPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/SmoothingPlugin.h"
@@ -16,6 +17,7 @@
 #define TW_FOR_EACH_EFFECT(EFFECT)            \
     EFFECT(BalanceEntry, BalancePlugin)       \
     EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
+    EFFECT(BlendEntry, BlendPlugin)           \
     EFFECT(BlurEntry, BlurPlugin)             \
     EFFECT(MaxEntry, MaxPlugin)               \
     EFFECT(MinEntry, MinPlugin)               \
