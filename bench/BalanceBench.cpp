@@ -1,9 +1,8 @@
 // "Balance" with a gamma over a 3840 x 2160 frame, beside a plain copy of the same frame: the copy is
 // what any per-pixel effect costs at least, so the ratio says how much the arithmetic adds.
 // Goal: at float, within 1.5 times the copy.
-#include <cstring>
-
-#include "RatioReport.h"
+#include "bench/PlainCopy.h"
+#include "bench/RatioReport.h"
 #include "host/standalone/Host.h"
 #include "plugins/BalancePlugin.h"
 
@@ -48,15 +47,7 @@ void balanceWithGamma(benchmark::State& state, Image::PixelFormat format) {
 }
 
 void plainCopy(benchmark::State& state, Image::PixelFormat format) {
-    ImageBuffer in = testFrame(format);
-    ImageBuffer out;
-    out.allocate(kFrame, format);
-    const auto bytes = static_cast<std::size_t>(in.rowStride()) * kFrame.height();
-    for (auto _ : state) {
-        std::memcpy(out.pixels(), in.pixels(), bytes);
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
+    timePlainCopy(state, testFrame(format));
 }
 
 BENCHMARK_CAPTURE(balanceWithGamma, 8bit, fourCC("argb"))->Unit(benchmark::kMillisecond)->UseRealTime();

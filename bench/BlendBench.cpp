@@ -2,9 +2,8 @@
 // reading two frames and writing one is what a blend costs at least, so the ratio says how much the
 // arithmetic adds. Goal: "Normal" within 2 times the copy. "Hue", which works on whole colours, is
 // reported with a generous bound.
-#include <cstring>
-
-#include "RatioReport.h"
+#include "bench/PlainCopy.h"
+#include "bench/RatioReport.h"
 #include "host/standalone/Host.h"
 #include "plugins/BlendPlugin.h"
 
@@ -45,15 +44,7 @@ void blendFrames(benchmark::State& state, int mode) {
 }
 
 void plainCopy(benchmark::State& state) {
-    const ImageBuffer in = testFrame(0);
-    ImageBuffer out;
-    out.allocate(kFrame, fourCC("ae32"));
-    const auto bytes = static_cast<std::size_t>(in.rowStride()) * kFrame.height();
-    for (auto _ : state) {
-        std::memcpy(out.pixels(), in.pixels(), bytes);
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
+    timePlainCopy(state, testFrame(0));
 }
 
 BENCHMARK_CAPTURE(blendFrames, Normal, 0)->Unit(benchmark::kMillisecond)->UseRealTime();

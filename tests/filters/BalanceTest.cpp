@@ -8,6 +8,7 @@
 #include "plugins/BalancePlugin.h"
 #include "plugins/BalanceRGBPlugin.h"
 #include "tests/support/BareHost.h"
+#include "tests/support/PixelRows.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -17,38 +18,12 @@ using Image::ImageBuffer;
 using Image::PixelFormat;
 using StandaloneHost = Tw::Host::Standalone::Host;
 
-// One pixel as red, green, blue, alpha in the image's own units.
-using Pixel = std::array<double, 4>;
+using Test::imageOf;
+using Test::Pixel;
+using Test::pixelsOf;
 
 const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
                                 fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
-
-ImageBuffer imageOf(const std::vector<Pixel>& pixels, PixelFormat format) {
-    ImageBuffer image;
-    image.allocate({0, 0, static_cast<int32_t>(pixels.size()), 1}, format);
-    const auto positions = Image::componentPositions(format).value();
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        auto* row = reinterpret_cast<T*>(image.pixels());
-        for (std::size_t x = 0; x < pixels.size(); ++x)
-            for (int c = 0; c < 4; ++c)
-                row[x * 4 + positions[c]] = static_cast<T>(pixels[x][c]);
-    });
-    return image;
-}
-
-std::vector<Pixel> pixelsOf(const ImageBuffer& image) {
-    std::vector<Pixel> pixels(static_cast<std::size_t>(image.rect.width()));
-    const auto positions = Image::componentPositions(image.pixelFormat()).value();
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        const auto* row = reinterpret_cast<const T*>(image.pixels());
-        for (std::size_t x = 0; x < pixels.size(); ++x)
-            for (int c = 0; c < 4; ++c)
-                pixels[x][c] = row[x * 4 + positions[c]];
-    });
-    return pixels;
-}
 
 struct Settings {
     double fromLow = 0, fromHigh = 100, toLow = 0, toHigh = 100, gamma = 1;

@@ -18,6 +18,7 @@
 #include "plugins/BlendPlugin.h"
 #include "tests/core/TestHost.h"
 #include "tests/support/BareHost.h"
+#include "tests/support/PixelRows.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -30,8 +31,9 @@ using StandaloneHost = Tw::Host::Standalone::Host;
 using BlendNode = Image::BlendFilter<StandaloneHost>;
 using Layer = Image::FilterLayer<StandaloneHost>;
 
-// Red, green, blue, alpha in the image's stored units.
-using Pixel = std::array<double, 4>;
+using Test::imageOf;
+using Test::Pixel;
+using Test::pixelsOf;
 
 const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
                                 fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
@@ -289,35 +291,6 @@ Pixel expected(int mode, Pixel base, Pixel top, float o, int depth) {
 }
 
 // ---- Images and renders ----
-
-// One row of pixels, starting at (left, top).
-ImageBuffer imageOf(const std::vector<Pixel>& pixels, PixelFormat format, int32_t left = 0, int32_t top = 0) {
-    ImageBuffer image;
-    image.allocate({left, top, left + static_cast<int32_t>(pixels.size()), top + 1}, format);
-    const auto positions = Image::componentPositions(format).value();
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        auto* row = reinterpret_cast<T*>(image.pixels());
-        for (std::size_t x = 0; x < pixels.size(); ++x)
-            for (int c = 0; c < 4; ++c)
-                row[x * 4 + positions[c]] = static_cast<T>(pixels[x][c]);
-    });
-    return image;
-}
-
-std::vector<Pixel> pixelsOf(const ImageBuffer& image) {
-    std::vector<Pixel> pixels(static_cast<std::size_t>(image.rect.width() * image.rect.height()));
-    const auto positions = Image::componentPositions(image.pixelFormat()).value();
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        std::size_t i = 0;
-        for (int y = image.rect.top; y < image.rect.bottom; ++y)
-            for (int x = image.rect.left; x < image.rect.right; ++x, ++i)
-                for (int c = 0; c < 4; ++c)
-                    pixels[i][c] = reinterpret_cast<const T*>(image.pixelAddress(x, y))[positions[c]];
-    });
-    return pixels;
-}
 
 struct RunOptions {
     Image::CpuFeatures featureMask = ~0u;

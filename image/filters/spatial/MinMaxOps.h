@@ -26,29 +26,33 @@ using SignedLanes = Vector<int16_t, sizeof(V) / sizeof(int16_t)>;
 template <class V>
 constexpr bool kUnsigned16 = std::is_same_v<std::remove_cvref_t<decltype(V{}[0])>, uint16_t>;
 
-struct MaxOp {
-    static constexpr const char* name = "maxFilter";
+// Both operations: 16-bit lanes reinterpreted as signed, then `Op::pick`, the bare comparison.
+template <class Op>
+struct StoredValueOrder {
     template <class V>
     [[gnu::always_inline]] static V combine(V a, V b) {
         if constexpr (kUnsigned16<V>) {
             return std::bit_cast<V>(
-                combine(std::bit_cast<SignedLanes<V>>(a), std::bit_cast<SignedLanes<V>>(b)));
+                Op::pick(std::bit_cast<SignedLanes<V>>(a), std::bit_cast<SignedLanes<V>>(b)));
         } else {
-            return a < b ? b : a;
+            return Op::pick(a, b);
         }
     }
 };
 
-struct MinOp {
+struct MaxOp : StoredValueOrder<MaxOp> {
+    static constexpr const char* name = "maxFilter";
+    template <class V>
+    [[gnu::always_inline]] static V pick(V a, V b) {
+        return a < b ? b : a;
+    }
+};
+
+struct MinOp : StoredValueOrder<MinOp> {
     static constexpr const char* name = "minFilter";
     template <class V>
-    [[gnu::always_inline]] static V combine(V a, V b) {
-        if constexpr (kUnsigned16<V>) {
-            return std::bit_cast<V>(
-                combine(std::bit_cast<SignedLanes<V>>(a), std::bit_cast<SignedLanes<V>>(b)));
-        } else {
-            return b < a ? b : a;
-        }
+    [[gnu::always_inline]] static V pick(V a, V b) {
+        return b < a ? b : a;
     }
 };
 
