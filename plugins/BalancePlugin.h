@@ -42,6 +42,7 @@ template <class Host>
 class BalancePlugin final : public Image::FilterPlugin<Host, BalancePluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Balance";
+    static constexpr bool pixelIndependent = true;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
 
     using Image::FilterPlugin<Host, BalancePluginFilters<Host>>::FilterPlugin;

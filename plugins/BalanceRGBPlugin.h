@@ -25,6 +25,7 @@ template <class Host>
 class BalanceRGBPlugin final : public Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Balance RGB";
+    static constexpr bool pixelIndependent = true;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
 
     using Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>>::FilterPlugin;

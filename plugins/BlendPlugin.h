@@ -82,6 +82,7 @@ template <class Host>
 class BlendPlugin final : public Image::FilterPlugin<Host, BlendPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Blend";
+    static constexpr bool pixelIndependent = true;
     static constexpr EffectInputs inputs = EffectInputs::Layers;
 
     using Image::FilterPlugin<Host, BlendPluginFilters<Host>>::FilterPlugin;

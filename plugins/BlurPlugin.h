@@ -29,6 +29,7 @@ template <class Host>
 class BlurPlugin final : public Image::FilterPlugin<Host, BlurPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Blur";
+    static constexpr bool pixelIndependent = false;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
 
     using Image::FilterPlugin<Host, BlurPluginFilters<Host>>::FilterPlugin;

@@ -31,6 +31,7 @@ template <class Host, class Op>
 class MinMaxPlugin final : public Image::FilterPlugin<Host, MinMaxPluginFilters<Host, Op>> {
 public:
     static constexpr const char* displayName = "MinMax";
+    static constexpr bool pixelIndependent = false;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
 
     using Image::FilterPlugin<Host, MinMaxPluginFilters<Host, Op>>::FilterPlugin;

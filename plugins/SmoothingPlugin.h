@@ -60,6 +60,7 @@ template <class Host>
 class SmoothingPlugin final : public Image::FilterPlugin<Host, SmoothingPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Smoothing";
+    static constexpr bool pixelIndependent = false;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
 
     using Image::FilterPlugin<Host, SmoothingPluginFilters<Host>>::FilterPlugin;

@@ -92,6 +92,19 @@ public:
         return source.outputRect;
     }
 
+    // What a host that shows them asks (the After Effects adapter, whose defaults these replace): the same
+    // for every effect of the bundle.
+    const char* versionString() const { return "4.0.10"; }
+    void versionNumbers(int32_t& major, int32_t& minor, int32_t& bugfix) const {
+        major = 4;
+        minor = 0;
+        bugfix = 10;
+    }
+    void tileSize(Param::Parameters& /*params*/, int32_t& width, int32_t& height) const {
+        width = 1024;
+        height = 1024;
+    }
+
     // False when the chain over `rect` is the source itself: the effect has nothing to do.
     bool chainIsActive(Param::Parameters& params, const PixelRect& rect) {
         FilterLayer<Host> source(nullptr, rect);
