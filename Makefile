@@ -3,6 +3,7 @@
 
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
+TSAN_DIR ?= build-tsan
 JOBS ?= 2
 # openimageio-tools: Debian's CMake package file of OpenImageIO refuses to load without its programs.
 # ffmpeg and melt: the frei0r hosts the plug-ins' tests run.
@@ -10,7 +11,7 @@ PACKAGES := cmake g++ make libgtest-dev libbenchmark-dev libopenimageio-dev open
 # Where `make install` puts the frei0r plug-ins: $(PREFIX)/lib/frei0r-1.
 PREFIX ?= /usr/local
 
-.PHONY: all deps build build-sanitize run test bench install clean
+.PHONY: all deps build build-sanitize build-tsan run test bench install clean
 
 all: build
 
@@ -36,14 +37,22 @@ build-sanitize: deps
 	  -DTW_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF
 	cmake --build $(SANITIZE_DIR) -j$(JOBS)
 
+# ThreadSanitizer, for the one test of many frames rendered at once through the plug-in bundle: only what
+# that test needs is built.
+build-tsan: deps
+	cmake -S . -B $(TSAN_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" \
+	  -DTW_THREAD_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF
+	cmake --build $(TSAN_DIR) -j$(JOBS) --target ae_concurrency_tests
+
 # The bundled portrait through "Smoothing" at its defaults: the edge-preserving smoothing of skin.
 run: build
 	mkdir -p out
 	$(BUILD_DIR)/tools/twfx/twfx render Smoothing -i samples/astronaut.png -o out/astronaut-smoothing.png
 
-test: build build-sanitize
+test: build build-sanitize build-tsan
 	ctest --test-dir $(BUILD_DIR) -j$(JOBS) --output-on-failure
 	ctest --test-dir $(SANITIZE_DIR) -j$(JOBS) --output-on-failure
+	$(TSAN_DIR)/tests/ae/ae_concurrency_tests
 
 # The benchmarks, ours beside OpenCV's filters. OpenCV's development packages are installed here only, so
 # that building and testing never need them; the configure step runs again to find them.
@@ -60,4 +69,4 @@ install: build
 	cmake --install $(BUILD_DIR) --prefix $(PREFIX) --component frei0r
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR)

@@ -5,6 +5,25 @@
 #include "image/core/Exception.h"
 
 namespace Tw::Host::AE {
+namespace {
+
+// The input's pixels go back to the host once the render is done with them, also on the way out of a
+// failure, so that the host can reuse them before the command returns.
+class InputCheckin {
+public:
+    InputCheckin(const PF_SmartRenderExtra* extra, PF_ProgPtr effect) : extra_(extra), effect_(effect) {}
+    InputCheckin(const InputCheckin&) = delete;
+    InputCheckin& operator=(const InputCheckin&) = delete;
+    ~InputCheckin() {
+        if (extra_) extra_->cb->checkin_layer_pixels(effect_, 0);
+    }
+
+private:
+    const PF_SmartRenderExtra* extra_;
+    PF_ProgPtr effect_;
+};
+
+}  // namespace
 
 PF_Err Host::render() {
     const bool smart = command == PF_Cmd_SMART_RENDER;
@@ -14,10 +33,15 @@ PF_Err Host::render() {
         auto& smartExtra = *static_cast<PF_SmartRenderExtra*>(extra);
         if (const PF_Err error = smartExtra.cb->checkout_layer_pixels(inData->effect_ref, 0, &inputWorld))
             return error;
-        if (const PF_Err error = smartExtra.cb->checkout_output(inData->effect_ref, &output)) return error;
         records = static_cast<const CheckoutRecord*>(smartExtra.input->pre_render_data);
     } else if (params && params[0]) {
         inputWorld = &params[0]->u.ld;
+    }
+    const InputCheckin inputCheckin(smart ? static_cast<const PF_SmartRenderExtra*>(extra) : nullptr,
+                                    inData->effect_ref);
+    if (smart) {
+        auto& smartExtra = *static_cast<PF_SmartRenderExtra*>(extra);
+        if (const PF_Err error = smartExtra.cb->checkout_output(inData->effect_ref, &output)) return error;
     }
 
     ImageBuffer in = wrapWorld(inputWorld, records ? records[0].originX : 0, records ? records[0].originY : 0);

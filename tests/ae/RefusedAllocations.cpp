@@ -1,0 +1,58 @@
+#include "tests/ae/RefusedAllocations.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "tests/ae/BundleLibrary.h"
+
+namespace Tw::Test::AE {
+namespace {
+
+thread_local bool refusing = false;
+thread_local int refusals = 0;
+// Where the bundle is loaded, found before refusing starts.
+const void* bundleBase = nullptr;
+
+bool calledFromBundle(const void* returnAddress) {
+    Dl_info info{};
+    return dladdr(returnAddress, &info) != 0 && info.dli_fbase == bundleBase;
+}
+
+}  // namespace
+
+RefusedAllocations::RefusedAllocations() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(BundleLibrary::instance().entry("BalanceEntry")), &info))
+        bundleBase = info.dli_fbase;
+    refusals = 0;
+    refusing = true;
+}
+
+RefusedAllocations::~RefusedAllocations() {
+    refusing = false;
+}
+
+int RefusedAllocations::refused() const {
+    return refusals;
+}
+
+}  // namespace Tw::Test::AE
+
+void* operator new(std::size_t size) {
+    if (Tw::Test::AE::refusing && Tw::Test::AE::calledFromBundle(__builtin_return_address(0))) {
+        ++Tw::Test::AE::refusals;
+        throw std::bad_alloc();
+    }
+    if (void* memory = std::malloc(size ? size : 1)) return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
