@@ -156,7 +156,6 @@ private:
     bool walkHandlers(bool before);
     void setErrorMessage(const char* message);
     [[noreturn]] void stop(int32_t code);
-    PF_Err renderWithCatch();
 
     // Written by the master thread only, read by every worker; once set it never goes back.
     std::atomic<int32_t> abortCode_{PF_Err_NONE};
@@ -167,7 +166,6 @@ private:
     // Owned by the handler walk of one phase.
     ScratchHolder scratch_;
 
-    friend class RenderCall;
 };
 
 static_assert(Image::GraphHost<Host>);

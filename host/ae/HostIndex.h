@@ -39,4 +39,18 @@ inline int32_t hostIndexOf(const std::vector<Param::ParamRecord>& records, int i
     return hostIndex;
 }
 
+// The list record that host parameter `hostIndex` belongs to, a string popup's text included: the
+// inverse of hostIndexOf.
+inline int listIndexOf(const std::vector<Param::ParamRecord>& records, int32_t hostIndex) {
+    const int count = static_cast<int>(records.size());
+    int32_t first = 1;  // the first host index of record `index`
+    int index = 0;
+    for (; index < count; ++index) {
+        const int32_t width = hostParameterCount(records[index]);
+        if (hostIndex < first + width) return index;
+        first += width;
+    }
+    return index + (hostIndex - first);
+}
+
 }  // namespace Tw::Host::AE

@@ -66,18 +66,6 @@ A_u_char channel8(double value) {
 
 }  // namespace
 
-int listIndexOf(const std::vector<ParamRecord>& records, PF_ParamIndex hostIndex) {
-    const int count = static_cast<int>(records.size());
-    PF_ParamIndex first = 1;  // the first host index of record `index`
-    int index = 0;
-    for (; index < count; ++index) {
-        const PF_ParamIndex width = hostParameterCount(records[index]);
-        if (hostIndex < first + width) return index;
-        first += width;
-    }
-    return index + (hostIndex - first);
-}
-
 PF_ParamDef definitionCopy(const Host& host, PF_ParamIndex hostIndex) {
     const HostDefinition definition(host, hostIndex);
     return *definition;

@@ -18,9 +18,6 @@ namespace Tw::Host::AE {
 
 class Host;
 
-// The list record that host parameter `hostIndex` belongs to, a string popup's companion included: the
-// inverse of hostIndexOf (host/ae/HostIndex.h).
-int listIndexOf(const std::vector<Param::ParamRecord>& records, PF_ParamIndex hostIndex);
 // A copy of the host's current definition of parameter `hostIndex`.
 PF_ParamDef definitionCopy(const Host& host, PF_ParamIndex hostIndex);
 

@@ -26,22 +26,19 @@ private:
 }  // namespace
 
 PF_Err Host::render() {
-    const bool smart = command == PF_Cmd_SMART_RENDER;
+    auto* smart = command == PF_Cmd_SMART_RENDER ? static_cast<PF_SmartRenderExtra*>(extra) : nullptr;
     PF_EffectWorld* inputWorld = nullptr;
     const CheckoutRecord* records = nullptr;
     if (smart) {
-        auto& smartExtra = *static_cast<PF_SmartRenderExtra*>(extra);
-        if (const PF_Err error = smartExtra.cb->checkout_layer_pixels(inData->effect_ref, 0, &inputWorld))
+        if (const PF_Err error = smart->cb->checkout_layer_pixels(inData->effect_ref, 0, &inputWorld))
             return error;
-        records = static_cast<const CheckoutRecord*>(smartExtra.input->pre_render_data);
+        records = static_cast<const CheckoutRecord*>(smart->input->pre_render_data);
     } else if (params && params[0]) {
         inputWorld = &params[0]->u.ld;
     }
-    const InputCheckin inputCheckin(smart ? static_cast<const PF_SmartRenderExtra*>(extra) : nullptr,
-                                    inData->effect_ref);
+    const InputCheckin inputCheckin(smart, inData->effect_ref);
     if (smart) {
-        auto& smartExtra = *static_cast<PF_SmartRenderExtra*>(extra);
-        if (const PF_Err error = smartExtra.cb->checkout_output(inData->effect_ref, &output)) return error;
+        if (const PF_Err error = smart->cb->checkout_output(inData->effect_ref, &output)) return error;
     }
 
     ImageBuffer in = wrapWorld(inputWorld, records ? records[0].originX : 0, records ? records[0].originY : 0);

@@ -5,6 +5,7 @@
 
 #include "host/ae/Host.h"
 #include "image/core/Exception.h"
+#include "image/graph/WorkerFailure.h"
 
 namespace Tw::Host::AE {
 namespace {
@@ -30,13 +31,10 @@ PF_Err runSlice(void* refcon, A_long threadIndex, A_long slice, A_long iteration
     try {
         run.function(static_cast<uint32_t>(slice), static_cast<uint32_t>(iterations),
                      static_cast<uint32_t>(threadIndex), run.closure);
-    } catch (const std::bad_alloc&) {
-        return PF_Err_OUT_OF_MEMORY;
-    } catch (const Interrupted&) {
     } catch (const Host::Error& error) {
         return error.code;
     } catch (...) {
-        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+        if (const PF_Err code = Image::WorkerFailure::currentCode()) return code;
     }
     return threadIndex == 0 ? run.host->abortCode() : PF_Err_NONE;
 }
@@ -61,17 +59,9 @@ void Host::thread(Image::ThreadFunction function, void* closure, uint32_t thread
     }
     ThreadRun run{function, closure, this};
     const A_long iterations = threads != 0 || threadCount != 0 ? count : PF_Iterations_ONCE_PER_PROCESSOR;
-    switch (utils->iterate_generic(iterations, &run, &runSlice)) {
-        case PF_Err_NONE:
-            if (abortCode() != PF_Err_NONE) throw Interrupted();
-            return;
-        case PF_Interrupt_CANCEL:
-            stop(PF_Interrupt_CANCEL);
-        case PF_Err_OUT_OF_MEMORY:
-            throw std::bad_alloc();
-        default:
-            throw Exception("AEHost::thread", "An unknown error occurred in a thread.");
-    }
+    const PF_Err code = utils->iterate_generic(iterations, &run, &runSlice);
+    if (code == PF_Interrupt_CANCEL) abortCode_.store(code, std::memory_order_relaxed);
+    Image::WorkerFailure::rethrow(code, abortCode() != PF_Err_NONE, "AEHost::thread");
 }
 
 void Host::stop(int32_t code) {

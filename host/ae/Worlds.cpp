@@ -31,7 +31,7 @@ Image::PixelFormat Host::formatOf(const PF_EffectWorld& world) const {
 ImageBuffer Host::wrapWorld(const PF_EffectWorld* world, int32_t originX, int32_t originY) {
     if (!world || !world->data) {
         ImageBuffer none(this);
-        none.rect = none.validRect = PixelRect{};
+        none.rect = none.validRect = PixelRect::empty();
         return none;
     }
     const bool reversed = output && output->rowbytes < 0;

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "image/graph/WorkerFailure.h"
+
 namespace Tw::Host::Standalone {
 namespace {
 
@@ -20,12 +22,9 @@ void runSlice(void* context, uint32_t slice, uint32_t threadIndex) {
     int32_t code = ErrorCode::kNone;
     try {
         run.function(slice, run.sliceCount, threadIndex, run.closure);
-    } catch (const std::bad_alloc&) {
-        code = ErrorCode::kOutOfMemory;
-    } catch (const Interrupted&) {
-        // Worker 0 passes the abort on below; the others leave it to worker 0 and the caller.
     } catch (...) {
-        code = ErrorCode::kInternal;
+        // An interruption on worker 0 is passed on below; the others leave it to worker 0 and the caller.
+        code = Image::WorkerFailure::currentCode();
     }
     if (code == ErrorCode::kNone && threadIndex == 0) code = run.host->abortCode();
     if (code != ErrorCode::kNone) {
@@ -44,17 +43,9 @@ void Host::thread(Image::ThreadFunction function, void* closure, uint32_t thread
     }
     ThreadRun run{function, closure, count, this};
     pool_.run(count, &runSlice, &run);
-    switch (run.error.load()) {
-        case ErrorCode::kNone:
-            if (abortCode() != ErrorCode::kNone) throw Interrupted();
-            return;
-        case ErrorCode::kInterrupted:
-            stop();
-        case ErrorCode::kOutOfMemory:
-            throw std::bad_alloc();
-        default:
-            throw Exception("Host::thread", "An unknown error occurred in a thread.");
-    }
+    const int32_t code = run.error.load();
+    if (code == ErrorCode::kInterrupted) abortCode_.store(code, std::memory_order_relaxed);
+    Image::WorkerFailure::rethrow(code, abortCode() != ErrorCode::kNone, "Host::thread");
 }
 
 int32_t Host::render(Param::Parameters& params, Image::ImageBuffer& input, Image::ImageBuffer& output,
