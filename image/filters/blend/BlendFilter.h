@@ -9,6 +9,7 @@
 #include "image/filters/blend/BlendKernel.h"
 #include "image/filters/blend/BlendModeList.h"
 #include "image/graph/Filter.h"
+#include "image/graph/Progress.h"
 
 namespace Tw::Image {
 
@@ -93,13 +94,9 @@ public:
     int tileFlags() const override { return 3; }
 
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        // A number outside 1..41 blends as Normal.
-        const int kernel = mode >= 1 && mode < kBlendModeCount ? mode : 0;
-        withBlendMode(kernel, [&](auto blendMode) {
-            computeBlendTile<typename decltype(blendMode)::type>(*this->host, *this->outputImage,
-                                                                 *this->inputImages[0], *this->inputImages[1],
-                                                                 band, threadIndex, opacity);
-        });
+        HostProgress<Host> progress(*this->host, threadIndex);
+        blendBand(mode, *this->outputImage, *this->inputImages[0], *this->inputImages[1], band,
+                  this->host->cpuFeatures(), progress, opacity);
     }
 
     int32_t mode;

@@ -36,15 +36,16 @@ inline constexpr bool kExchangesInputs = requires {
     requires Mode::exchangesInputs;
 };
 
-// Calls body(std::type_identity<Mode>{}) with the type of mode `mode`, which must be one of the list.
-template <class Body>
-void withBlendMode(int mode, Body&& body) {
-    [&]<std::size_t... Mode>(std::index_sequence<Mode...>) {
-        ((mode == static_cast<int>(Mode) &&
-          (body(std::type_identity<std::tuple_element_t<Mode, BlendModes>>{}), true)) ||
+// Calls body(std::type_identity<Mode>{}) with the type of mode `mode`, which must be one of modes First to
+// End - 1 of the list.
+template <int First, int End, class Body>
+void withBlendModeIn(int mode, Body&& body) {
+    [&]<int... Offset>(std::integer_sequence<int, Offset...>) {
+        ((mode == First + Offset &&
+          (body(std::type_identity<std::tuple_element_t<First + Offset, BlendModes>>{}), true)) ||
          ...);
     }
-    (std::make_index_sequence<kBlendModeCount>{});
+    (std::make_integer_sequence<int, End - First>{});
 }
 
 }  // namespace Tw::Image

@@ -6,12 +6,10 @@
 // are limited to 0..white and truncated.
 #pragma once
 
-#include <array>
-
-#include "image/filters/retouch/CoveredRuns.h"
+#include "image/filters/retouch/BlurLayersKernel.h"
 #include "image/filters/retouch/DomainTransformBlurFilter.h"
-#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/Filter.h"
+#include "image/graph/Progress.h"
 
 namespace Tw::Image {
 
@@ -48,25 +46,9 @@ public:
     bool canRunInPlace(int inputIndex) const override { return inputIndex == 0; }
 
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        dispatchKernel(*this->outputImage, this->host->cpuFeatures(), [&](auto layout, auto isa) {
-            using T = typename decltype(layout)::Component;
-            const std::array<ImageView<T>, 3> ins = {ImageView<T>::of(*this->inputImages[0]),
-                                                     ImageView<T>::of(*this->inputImages[1]),
-                                                     ImageView<T>::of(*this->inputImages[2])};
-            HostProgress<Host> progress(*this->host, threadIndex);
-            forEachCoveredRun<kPixelLanes<decltype(isa)>>(
-                ImageView<T>::of(*this->outputImage), ins, band, progress,
-                [&]<int Lanes>(const std::array<const T*, 3>& in, T* out) {
-                    using F = FloatVector<Lanes>;
-                    const F o = loadFloats<Lanes>(in[0]);
-                    const F b1 = loadFloats<Lanes>(in[1]);
-                    const F b2 = loadFloats<Lanes>(in[2]);
-                    const F texture = o - b2;
-                    const F mixed = (b2 - b1) * scale1 + b1;
-                    const F result = texture * scale2 + mixed;
-                    storeStored<Lanes>(out, clampedStored<T, Lanes>(result));
-                });
-        });
+        HostProgress<Host> progress(*this->host, threadIndex);
+        blurLayersBand(*this->outputImage, *this->inputImages[0], *this->inputImages[1],
+                       *this->inputImages[2], band, this->host->cpuFeatures(), progress, scale1, scale2);
     }
 
     Blur textureBlurA;

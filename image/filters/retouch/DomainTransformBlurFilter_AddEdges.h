@@ -8,7 +8,7 @@ namespace Tw::Image {
 
 template <class Host>
 class DomainTransformBlurFilter_AddEdges final
-    : public DomainTransformBlurFilter_Common<Host, &DomainTransformBlurCommon::ComputeTileAddEdges<Host>> {
+    : public DomainTransformBlurFilter_Common<Host, &DomainTransformBlurCommon::ComputeTileAddEdges> {
 public:
     const char* name() const override { return "domainTransformBlur AddEdges"; }
 };

@@ -9,6 +9,7 @@
 #include "image/filters/retouch/DomainTransformBlurCommon.h"
 #include "image/graph/Filter.h"
 #include "image/graph/GraphLinks.h"
+#include "image/graph/Progress.h"
 
 namespace Tw::Image {
 
@@ -36,7 +37,8 @@ public:
         return plane;
     }
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        ComputeTile(*this->host, *this->outputImage, this->inputImages, band, threadIndex, scale);
+        HostProgress<Host> progress(*this->host, threadIndex);
+        ComputeTile(*this->outputImage, this->inputImages, band, this->host->cpuFeatures(), progress, scale);
     }
 
     // Makes `nodes` this node's inputs, in order, linked both ways.

@@ -7,7 +7,7 @@ namespace Tw::Image {
 
 template <class Host>
 class DomainTransformBlurFilter_DX final
-    : public DomainTransformBlurFilter_Common<Host, &DomainTransformBlurCommon::ComputeTileDX<Host>> {
+    : public DomainTransformBlurFilter_Common<Host, &DomainTransformBlurCommon::ComputeTileDX> {
 public:
     const char* name() const override { return "domainTransformBlur DX"; }
     PixelRect inputRect(const PixelRect& rect, int /*inputIndex*/) const override {

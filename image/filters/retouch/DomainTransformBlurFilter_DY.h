@@ -7,7 +7,7 @@ namespace Tw::Image {
 
 template <class Host>
 class DomainTransformBlurFilter_DY final
-    : public DomainTransformBlurFilter_Common<Host, &DomainTransformBlurCommon::ComputeTileDY<Host>> {
+    : public DomainTransformBlurFilter_Common<Host, &DomainTransformBlurCommon::ComputeTileDY> {
 public:
     const char* name() const override { return "domainTransformBlur DY"; }
     // One column more on the right and no row more below, although the kernel reads the next row: the

@@ -2,19 +2,47 @@
 // pixel, then the recursion along every line. Each stage is spread over all threads and joined before the
 // next. The weights are banded by rows in both directions; the recursion gives each thread whole lines
 // (a band of rows for the row pass, of columns for the column pass), so no thread needs another's carry.
+//
+// Both stages' kernels take the processor's features and a progress sink rather than the host, so that
+// they compile once, in DomainTransformWeights.cpp and DomainTransformPass.cpp, whatever the hosts the
+// filter is built for; the pass itself, which runs them on the host's threads, is a template over it.
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 
+#include "image/core/CpuFeatures.h"
 #include "image/core/ImageBuffer.h"
-#include "image/filters/retouch/DomainTransformColumns.h"
-#include "image/filters/retouch/DomainTransformRows.h"
 #include "image/filters/retouch/DomainTransformWeights.h"
 #include "image/graph/Filter.h"
-#include "image/graph/KernelDispatch.h"
 #include "image/graph/Progress.h"
 
+// Not used by the declarations here: code that drives these passes, the tests among it, reads and writes
+// their images through the views and the layout dispatch.
+#include "image/graph/ImageView.h"
+#include "image/graph/KernelDispatch.h"
+
 namespace Tw::Image {
+
+// The recursion over the lines of `band`: its rows (alongRows) or its columns. `source` is read over
+// `region`, which the lines cross from side to side, with the weight plane over the same region;
+// `destination` is written over `target`, the same lines narrowed along their length.
+void recurseLinesBand(bool alongRows, const ImageBuffer& source, const ImageBuffer& weights,
+                      const PixelRect& region, ImageBuffer& destination, const PixelRect& target,
+                      const PixelRect& band, CpuFeatures features, Progress& progress);
+
+// Reports nothing to the host, and only lets its abort take effect: the weights stage has no progress of
+// its own to report.
+template <class Host>
+class HostAbortCheck final : public Progress {
+public:
+    HostAbortCheck(Host& host, uint32_t threadIndex) : host_(host), threadIndex_(threadIndex) {}
+    void progress(uint64_t /*done*/, uint64_t /*total*/) override { host_.checkAbort(threadIndex_); }
+
+private:
+    Host& host_;
+    uint32_t threadIndex_;
+};
 
 template <class Host>
 class DomainTransformPass {
@@ -46,54 +74,20 @@ public:
 private:
     static int weightsStage(uint32_t slice, uint32_t sliceCount, uint32_t threadIndex, void* closure) {
         auto& pass = *static_cast<DomainTransformPass*>(closure);
-        computeWeightsBand(pass.host_, pass.features_, threadIndex, pass.derivative_, pass.weights_,
-                           bandOf(pass.region_, slice, sliceCount), pass.a_);
+        HostAbortCheck<Host> abortCheck(pass.host_, threadIndex);
+        computeWeightsBand(pass.derivative_, pass.weights_, bandOf(pass.region_, slice, sliceCount),
+                           pass.features_, abortCheck, pass.a_);
         return 0;
     }
 
     static int recursionStage(uint32_t slice, uint32_t sliceCount, uint32_t threadIndex, void* closure) {
         auto& pass = *static_cast<DomainTransformPass*>(closure);
-        if (pass.alongRows_) {
-            pass.template recurseBand<true>(bandOf(pass.target_, slice, sliceCount), threadIndex);
-        } else {
-            pass.template recurseBand<false>(columnBandOf(pass.target_, slice, sliceCount), threadIndex);
-        }
+        const PixelRect band = pass.alongRows_ ? bandOf(pass.target_, slice, sliceCount)
+                                               : columnBandOf(pass.target_, slice, sliceCount);
+        HostProgress<Host> progress(pass.host_, threadIndex);
+        recurseLinesBand(pass.alongRows_, pass.source_, pass.weights_, pass.region_, pass.destination_,
+                         pass.target_, band, pass.features_, progress);
         return 0;
-    }
-
-    // The lines of `band`: its rows (AlongRows) or its columns.
-    template <bool AlongRows>
-    void recurseBand(const PixelRect& band, uint32_t threadIndex) const {
-        if (band.isEmpty()) return;
-        HostProgress<Host> progress(host_, threadIndex);
-        dispatchKernel(source_, features_, [&](auto layout, auto isa) {
-            using T = typename decltype(layout)::Component;
-            constexpr int lanes = kPixelLanes<decltype(isa)>;
-            if constexpr (AlongRows) {
-                const RowLines<T> lines{source_.pixelAddress(region_.left, band.top),
-                                        source_.rowStride(),
-                                        weights_.pixelAddress(region_.left, band.top),
-                                        weights_.rowStride(),
-                                        destination_.pixelAddress(target_.left, band.top),
-                                        destination_.rowStride(),
-                                        region_.width(),
-                                        target_.left - region_.left,
-                                        target_.right - region_.left};
-                recurseRows<T, lanes>(lines, band.height(), progress);
-            } else {
-                const ColumnLines<T> lines{source_.pixelAddress(band.left, region_.top),
-                                           source_.rowStride(),
-                                           weights_.pixelAddress(band.left, region_.top),
-                                           weights_.rowStride(),
-                                           destination_.pixelAddress(band.left, target_.top),
-                                           destination_.rowStride(),
-                                           band.width(),
-                                           region_.height(),
-                                           target_.top - region_.top,
-                                           target_.bottom - region_.top};
-                sweepColumns<T, lanes>(lines, progress);
-            }
-        });
     }
 
     Host& host_;

@@ -13,6 +13,9 @@ namespace Tw::Image {
 // What the recursion computes along an axis.
 enum BlurKind : int32_t { Smoothing = 0, FirstDerivative = 1, SecondDerivative = 2 };
 
+// The direction of the lines a pass runs along.
+enum class BlurAxis { Rows, Columns };
+
 struct GaussianBlurCoefficients {
     // A sampled Gaussian (or its derivative), normalised, for the edge estimate; its length is how far
     // the blur reaches, ceil(3.5 sigma).

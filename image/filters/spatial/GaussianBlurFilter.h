@@ -89,12 +89,16 @@ public:
 
     // The rows pass over a band of rows of its target: the temporary, or the output itself.
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        blurBand<BlurAxis::Rows>(*this->host, threadIndex, run_->paddedSource, rowTarget(), band, run_->x);
+        HostProgress<Host> progress(*this->host, threadIndex);
+        blurBand<BlurAxis::Rows>(run_->paddedSource, rowTarget(), band, this->host->cpuFeatures(), progress,
+                                 run_->x);
     }
     // The columns pass over a band of columns of the output.
     void verticalPassTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
         const ImageBuffer& source = run_->usesPassImage() ? run_->passImage : run_->paddedSource;
-        blurBand<BlurAxis::Columns>(*this->host, threadIndex, source, *this->outputImage, band, run_->y);
+        HostProgress<Host> progress(*this->host, threadIndex);
+        blurBand<BlurAxis::Columns>(source, *this->outputImage, band, this->host->cpuFeatures(), progress,
+                                    run_->y);
     }
 
 private:

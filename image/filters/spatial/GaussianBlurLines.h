@@ -28,8 +28,6 @@ namespace Tw::Image {
 // The four components of one pixel in double precision.
 using PixelValues = Vector<double, 4>;
 
-enum class BlurAxis { Rows, Columns };
-
 // Lines through an image: line k of a group, sample n along it.
 template <class T, BlurAxis Axis>
 struct LineAccess {

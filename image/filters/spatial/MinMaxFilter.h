@@ -63,12 +63,14 @@ public:
     }
 
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        minMaxPass<Op>(*this->host, threadIndex, *this->inputImages[0], *this->outputImage, band, xRadius,
-                       false);
+        HostProgress<Host> progress(*this->host, threadIndex);
+        minMaxPass<Op>(*this->inputImages[0], *this->outputImage, band, this->host->cpuFeatures(), progress,
+                       xRadius, false);
     }
     void verticalPassTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        minMaxPass<Op>(*this->host, threadIndex, *this->inputImages[0], *this->outputImage, band, yRadius,
-                       true);
+        HostProgress<Host> progress(*this->host, threadIndex);
+        minMaxPass<Op>(*this->inputImages[0], *this->outputImage, band, this->host->cpuFeatures(), progress,
+                       yRadius, true);
     }
 
     int32_t xRadius;

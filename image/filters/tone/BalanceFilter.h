@@ -56,8 +56,9 @@ public:
     }
 
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        computeBalanceTile(*this->host, *this->outputImage, *this->inputImages[0], band, threadIndex,
-                           {scaleAndOffset(), gamma, clamp});
+        HostProgress<Host> progress(*this->host, threadIndex);
+        balanceBand(*this->outputImage, *this->inputImages[0], band, this->host->cpuFeatures(), progress,
+                    {scaleAndOffset(), gamma, clamp});
     }
 
     // The kernel's scale and offset per component.

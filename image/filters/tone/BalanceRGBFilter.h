@@ -50,8 +50,9 @@ public:
     int tileFlags() const override { return 3; }
 
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        computeBalanceTile(*this->host, *this->outputImage, *this->inputImages[0], band, threadIndex,
-                           {scaleAndOffset(), gamma, clamp});
+        HostProgress<Host> progress(*this->host, threadIndex);
+        balanceBand(*this->outputImage, *this->inputImages[0], band, this->host->cpuFeatures(), progress,
+                    {scaleAndOffset(), gamma, clamp});
     }
 
     // The master map first, then the channel's own.

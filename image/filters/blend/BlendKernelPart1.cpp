@@ -1,0 +1,8 @@
+// The blend kernels of the second quarter of the mode list.
+#include "image/filters/blend/BlendModeBand.h"
+
+namespace Tw::Image {
+
+template struct BlendKernelPart<1>;
+
+}  // namespace Tw::Image

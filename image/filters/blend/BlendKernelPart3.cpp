@@ -1,0 +1,8 @@
+// The blend kernels of the last quarter of the mode list.
+#include "image/filters/blend/BlendModeBand.h"
+
+namespace Tw::Image {
+
+template struct BlendKernelPart<3>;
+
+}  // namespace Tw::Image
