@@ -11,6 +11,8 @@
 
 #include "host/standalone/Host.h"
 #include "image/filters/retouch/DomainTransformBlurFilter.h"
+#include "image/graph/ImageView.h"
+#include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
 #include "image/graph/VectorMath.h"
 #include "tests/support/BareHost.h"

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "host/standalone/Host.h"
+#include "image/graph/ImageView.h"
+#include "image/graph/KernelDispatch.h"
 #include "plugins/BlurPlugin.h"
 #include "tests/support/BareHost.h"
 

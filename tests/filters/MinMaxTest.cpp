@@ -10,6 +10,8 @@
 #include <sstream>
 
 #include "host/standalone/Host.h"
+#include "image/graph/ImageView.h"
+#include "image/graph/KernelDispatch.h"
 #include "plugins/MinMaxPlugin.h"
 #include "tests/support/BareHost.h"
 

@@ -8,6 +8,8 @@
 #include <tuple>
 
 #include "host/standalone/Host.h"
+#include "image/graph/ImageView.h"
+#include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
 #include "plugins/SmoothingPlugin.h"
 #include "tests/support/BareHost.h"

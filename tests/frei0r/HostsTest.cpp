@@ -150,8 +150,9 @@ protected:
         return frame("twfx.rgba");
     }
 
-    // melt's frame of the producers, filters or transitions in `services`, with the settings' properties,
-    // at the portrait's size and rate, as raw RGBA.
+    // melt's first frame of the producers, filters or transitions in `services`, with the settings'
+    // properties, at the portrait's size and rate, as raw RGBA. The services run for two frames: melt can
+    // stop its consumer before the last frame is written, and under load that loses a one-frame render.
     std::vector<char> meltFrame(const std::vector<std::string>& services, const HostSettings& settings) {
         // melt crashes on a profile without a description.
         std::ofstream(file("profile"))
@@ -164,7 +165,9 @@ protected:
                        consumer)) != 0) {
             return {};
         }
-        return frame("melt.rgba");
+        std::vector<char> rendered = frame("melt.rgba");
+        rendered.resize(std::min(rendered.size(), fs::file_size(directory_ / "in.rgba")));
+        return rendered;
     }
 
 private:
@@ -194,7 +197,7 @@ TEST_F(HostsTest, MeltRendersEveryFilterAsTwfxDoes) {
     forEachPlugin(F0R_PLUGIN_TYPE_FILTER, [&](const EffectEntry& entry, const PluginDescription& plugin) {
         const HostSettings settings(plugin, HostProgram::Melt);
         const std::vector<char> rendered =
-            meltFrame({file("in.png"), "in=0", "out=0", "-filter", "frei0r." + pluginName(entry)}, settings);
+            meltFrame({file("in.png"), "in=0", "out=1", "-filter", "frei0r." + pluginName(entry)}, settings);
         EXPECT_EQ(firstDifference(rendered, twfxFrame(entry, settings)), "");
         EXPECT_NE(rendered, input);
     });
@@ -210,8 +213,8 @@ TEST_F(HostsTest, MeltRendersEveryTwoLayerMixerAsATransitionAsTwfxDoes) {
         forEachPlugin(F0R_PLUGIN_TYPE_MIXER2, [&](const EffectEntry& entry, const PluginDescription& plugin) {
             const HostSettings settings(plugin, HostProgram::Melt);
             const std::vector<char> rendered = meltFrame(
-                {"-track", file("in.png"), "in=0", "out=0", "-track", file("top.png"), "in=0", "out=0",
-                 "-transition", "frei0r." + pluginName(entry), "in=0", "out=0", "a_track=0", "b_track=1"},
+                {"-track", file("in.png"), "in=0", "out=1", "-track", file("top.png"), "in=0", "out=1",
+                 "-transition", "frei0r." + pluginName(entry), "in=0", "out=1", "a_track=0", "b_track=1"},
                 settings);
             const auto& records = plugin.defaultRecords();
             const auto layer = std::find_if(records.begin(), records.end(), [](const auto& record) {

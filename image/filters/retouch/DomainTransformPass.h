@@ -17,10 +17,6 @@
 #include "image/graph/Filter.h"
 #include "image/graph/Progress.h"
 
-// Not used by the declarations here: code that drives these passes, the tests among it, reads and writes
-// their images through the views and the layout dispatch.
-#include "image/graph/ImageView.h"
-#include "image/graph/KernelDispatch.h"
 
 namespace Tw::Image {
 
