@@ -25,6 +25,29 @@ struct RowLines {
     int32_t begin, end;  // positions of the destination
 };
 
+// Rows of weights, `Rows` at once, interleaved by position: `interleaved[p * Rows + r]` is weight p of row
+// r. Where a vector holds Rows floats, blocks of Rows positions are transposed in registers, which reads
+// each row along its length rather than one float from every row in turn.
+template <int Rows>
+[[gnu::always_inline]] inline void interleaveWeights(const std::byte* weights, std::ptrdiff_t stride,
+                                                     int32_t length, float* interleaved) {
+    const auto row = [&](int r) { return reinterpret_cast<const float*>(weights + r * stride); };
+    int32_t p = 0;
+    if constexpr (Rows == 4 || Rows == 8) {
+        using V = FloatVector<Rows>;
+        for (; p + Rows <= length; p += Rows) {
+            V block[Rows];
+            for (int r = 0; r < Rows; ++r)
+                std::memcpy(&block[r], row(r) + p, sizeof(V));
+            transposeSquare<Rows>(block);
+            std::memcpy(interleaved + std::ptrdiff_t{p} * Rows, block, sizeof block);
+        }
+    }
+    for (int r = 0; r < Rows; ++r)
+        for (int32_t q = p; q < length; ++q)
+            interleaved[std::ptrdiff_t{q} * Rows + r] = row(r)[q];
+}
+
 template <class T, int Lanes, int Groups>
 struct RowBundle {
     using F = FloatVector<Lanes>;
@@ -53,11 +76,7 @@ struct RowBundle {
                     reinterpret_cast<const T*>(source + (g * kPixels + k) * sourceStride + p * kPixelBytes);
             return gatherStored<Lanes>(pixels);
         };
-        for (int r = 0; r < kRows; ++r) {
-            const auto* w = reinterpret_cast<const float*>(weights + r * weightStride);
-            for (int32_t p = 0; p < length; ++p)
-                interleaved[std::ptrdiff_t{p} * kRows + r] = w[p];
-        }
+        interleaveWeights<kRows>(weights, weightStride, length, interleaved);
         const auto weight = [&](int g, int32_t p) {
             return spreadOverPixels<Lanes>(interleaved + std::ptrdiff_t{p} * kRows + g * kPixels);
         };

@@ -202,6 +202,29 @@ template <int Lanes>
     }
 }
 
+// Transposes a square of N vectors of N floats: lane c of vector r goes to lane r of vector c. Each round
+// zips the first half of the vectors with the second; seen as the bits of (vector, lane), a round rotates
+// them by one place, so log2 N rounds take every element to its transposed place.
+template <int N>
+[[gnu::always_inline]] inline void transposeSquare(FloatVector<N> (&v)[N]) {
+    static_assert(N == 4 || N == 8);
+    constexpr int rounds = N == 4 ? 2 : 3;
+    for (int round = 0; round < rounds; ++round) {
+        FloatVector<N> zipped[N];
+        for (int i = 0; i < N / 2; ++i) {
+            if constexpr (N == 4) {
+                zipped[2 * i] = __builtin_shufflevector(v[i], v[i + 2], 0, 4, 1, 5);
+                zipped[2 * i + 1] = __builtin_shufflevector(v[i], v[i + 2], 2, 6, 3, 7);
+            } else {
+                zipped[2 * i] = __builtin_shufflevector(v[i], v[i + 4], 0, 8, 1, 9, 2, 10, 3, 11);
+                zipped[2 * i + 1] = __builtin_shufflevector(v[i], v[i + 4], 4, 12, 5, 13, 6, 14, 7, 15);
+            }
+        }
+        for (int i = 0; i < N; ++i)
+            v[i] = zipped[i];
+    }
+}
+
 // The sum of the four components of each of Lanes pixels, added in memory order c0, c1, c2, c3 from 0.
 // The pixels come in four vectors, in memory order; the sums go out one per lane, pixel 0 first.
 template <int Lanes>
