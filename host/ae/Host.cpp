@@ -163,7 +163,7 @@ PF_Err Host::globalSetup() {
 
     // Premiere Pro 9.0.2 fails to render an effect with a layer parameter once the effect has declared
     // pixel formats; such an effect declares none there and gets the host's default.
-    if (hostVersion(twMultiCharConstant('P', 'r', 'M', 'r')) == 0x0902) {
+    if (hostVersion(kTwPremiereProApplId) == 0x0902) {
         const auto list = newParameters();
         defineParameters(*list);
         if (std::any_of(list->records.begin(), list->records.end(),
@@ -204,7 +204,7 @@ void Host::registerPixelFormats() {
 }
 
 bool Host::isPremiere() const {
-    return inData && inData->appl_id == twMultiCharConstant('P', 'r', 'M', 'r');
+    return inData && inData->appl_id == kTwPremiereProApplId;
 }
 
 }  // namespace Tw::Host::AE

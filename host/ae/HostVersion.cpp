@@ -49,7 +49,7 @@ int32_t Host::hostVersion(int32_t applId) const {
     if (!calls.getMainBundle) return 0;
     const CFBundle bundle = calls.getMainBundle();
     if (!bundle) return 0;
-    const char* expected = applId == twMultiCharConstant('P', 'r', 'M', 'r') ? "com.adobe.AdobePremierePro"
+    const char* expected = applId == kTwPremiereProApplId ? "com.adobe.AdobePremierePro"
                                                                              : "com.adobe.AfterEffects";
     const CFString identifier = calls.getIdentifier(bundle);
     const CFString wanted = calls.createWithCString(nullptr, expected, kCFStringEncodingUTF8);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "host/ae/FixedPoint.h"
 #include "host/ae/Host.h"
 #include "host/ae/HostHandle.h"
 #include "host/ae/HostIndex.h"
@@ -16,9 +17,6 @@ using Param::ParamRecord;
 namespace ParamFlag = Param::ParamFlag;
 
 namespace {
-
-// One in 16.16 fixed point, the host's format for angles and points.
-constexpr double fixedOne = 65536.0;
 
 // One parameter's definition for the length of one operation. When the command passed the host's
 // parameter array it is the host's own, so that a write reaches the host; without the array (smart
@@ -103,7 +101,7 @@ double Parameters::readFloat(int index, std::optional<double> seconds) const {
     if (suite && suite->PF_GetFloatingPointValueFromAngleDef(host_.inData->effect_ref, &*definition,
                                                              &degrees) == PF_Err_NONE)
         return degrees;
-    return definition->u.ad.value / fixedOne;
+    return fromFixed(definition->u.ad.value);
 }
 
 std::int32_t Parameters::readWord(int index, std::optional<double> seconds) const {
@@ -123,7 +121,7 @@ ParamColor Parameters::readColor(int index, std::optional<double> seconds) const
 
 ParamPoint Parameters::readPoint(int index, std::optional<double> seconds) const {
     const HostDefinition definition(host_, hostIndexOf(records, index), seconds);
-    ParamPoint point{definition->u.td.x_value / fixedOne, definition->u.td.y_value / fixedOne};
+    ParamPoint point{fromFixed(definition->u.td.x_value), fromFixed(definition->u.td.y_value)};
     // The host counts rows from the top; the filters count them in memory order, which for a world
     // stored bottom up starts at the bottom.
     if (host_.output && host_.output->rowbytes < 0) point.y = host_.output->height - 1 - point.y;
@@ -199,7 +197,7 @@ std::int32_t Parameters::getPathAtTime(int index, double seconds) const {
 void Parameters::setFloat(int index, double value) {
     writeValue(host_, hostIndexOf(records, index), [&](PF_ParamDefUnion& u) {
         if (isAngle(index)) {
-            u.ad.value = static_cast<PF_Fixed>(value * fixedOne);
+            u.ad.value = toFixed(value);
         } else {
             u.fs_d.value = value;
         }
@@ -226,8 +224,8 @@ void Parameters::setColor(ParamColor color, int index) {
 // The caller's point is in rendered pixels, the host's in full-resolution layer pixels.
 void Parameters::setPoint(ParamPoint point, int index) {
     writeValue(host_, hostIndexOf(records, index), [&](PF_ParamDefUnion& u) {
-        u.td.x_value = static_cast<PF_Fixed>(point.x / host_.downsampleX * fixedOne);
-        u.td.y_value = static_cast<PF_Fixed>(point.y / host_.downsampleY * fixedOne);
+        u.td.x_value = toFixed(point.x / host_.downsampleX);
+        u.td.y_value = toFixed(point.y / host_.downsampleY);
     });
 }
 

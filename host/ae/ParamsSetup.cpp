@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "host/ae/FixedPoint.h"
 #include "host/ae/Host.h"
 #include "host/ae/HostHandle.h"
 #include "host/ae/HostIndex.h"
@@ -49,10 +50,6 @@ const ParamValue& startValue(const ParamRecord& record, PF_ParamDef& definition)
     if (!record.hasFlag(ParamFlag::SendValueAndDefault)) return record.defaultValue;
     definition.flags |= PF_ParamFlag_USE_VALUE_FOR_OLD_PROJECTS;
     return record.value;
-}
-
-PF_Fixed toFixed(double value) {
-    return static_cast<PF_Fixed>(value * 65536.0);
 }
 
 PF_Pixel toPixel(Param::ParamColor color) {

@@ -97,7 +97,7 @@ PF_Err SimulatedHost::send(CommandState& command, PF_ParamDef** params, PF_Layer
     in_.version = {settings.apiMajor, settings.apiMinor};
     in_.serial_num = 1;
     in_.appl_id =
-        premiere ? twMultiCharConstant('P', 'r', 'M', 'r') : twMultiCharConstant('F', 'X', 'T', 'C');
+        premiere ? kTwPremiereProApplId : kTwAfterEffectsApplId;
     in_.num_params = host.parameters.count() + 1;
     in_.current_time = kCurrentTime;
     in_.time_step = kTimeStep;

@@ -33,3 +33,7 @@ constexpr std::uint32_t twPackVersion(std::uint32_t version, std::uint32_t subVe
     return ((version >> 3) & 0xfu) << 26 | (version & 0x7u) << 19 | (subVersion & 0xfu) << 15 |
            (bugFixVersion & 0xfu) << 11 | (stage & 0x3u) << 9 | (build & 0x1ffu);
 }
+
+// The application codes hosts report in in_data->appl_id.
+inline constexpr std::int32_t kTwPremiereProApplId = twMultiCharConstant('P', 'r', 'M', 'r');
+inline constexpr std::int32_t kTwAfterEffectsApplId = twMultiCharConstant('F', 'X', 'T', 'C');

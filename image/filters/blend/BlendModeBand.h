@@ -3,12 +3,12 @@
 // as transparent black, and its mode's rule makes the result (BlendRules.h). Every variant works on
 // whole pixels in float lanes with the same operations, so all give the same bits.
 //
-// Only the files of the kernel parts (BlendKernelParts.h) include this header.
+// Only the files of the mode groups (BlendModeGroups.h) include this header.
 #pragma once
 
 #include <cstdint>
 
-#include "image/filters/blend/BlendKernelParts.h"
+#include "image/filters/blend/BlendModeGroups.h"
 #include "image/filters/blend/BlendModeList.h"
 #include "image/filters/blend/BlendRuns.h"
 #include "image/filters/retouch/RetouchVectors.h"
@@ -44,8 +44,8 @@ void blendModeBand(ImageBuffer& output, const ImageBuffer& base, const ImageBuff
     });
 }
 
-template <int Part>
-void BlendKernelPart<Part>::blend(int mode, ImageBuffer& output, const ImageBuffer& base,
+template <int Group>
+void BlendModeGroup<Group>::blend(int mode, ImageBuffer& output, const ImageBuffer& base,
                                   const ImageBuffer& top, const PixelRect& band, CpuFeatures features,
                                   Progress& progress, float opacity) {
     withBlendModeIn<firstMode, endMode>(mode, [&](auto blendMode) {

@@ -1,6 +1,6 @@
 // The blend kernels are the most code of any filter, a copy of each mode for every depth, component order
-// and processor variant. They compile in parts, each a run of the mode list in a file of its own
-// (BlendKernelPart0.cpp to BlendKernelPart3.cpp), so that the parts build in parallel.
+// and processor variant. They compile in groups, each a stretch of the mode list in a file of its own
+// (BlendModeGroup0.cpp to BlendModeGroup3.cpp), so that the groups build in parallel.
 #pragma once
 
 #include <cstdint>
@@ -12,12 +12,12 @@
 
 namespace Tw::Image {
 
-inline constexpr int kBlendKernelParts = 4;
+inline constexpr int kBlendModeGroups = 4;
 
-template <int Part>
-struct BlendKernelPart {
-    static constexpr int firstMode = Part * kBlendModeCount / kBlendKernelParts;
-    static constexpr int endMode = (Part + 1) * kBlendModeCount / kBlendKernelParts;
+template <int Group>
+struct BlendModeGroup {
+    static constexpr int firstMode = Group * kBlendModeCount / kBlendModeGroups;
+    static constexpr int endMode = (Group + 1) * kBlendModeCount / kBlendModeGroups;
 
     // blendBand for a mode from firstMode to endMode - 1; defined in BlendModeBand.h.
     static void blend(int mode, ImageBuffer& output, const ImageBuffer& base, const ImageBuffer& top,

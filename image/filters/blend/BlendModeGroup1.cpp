@@ -1,8 +1,8 @@
-// The blend kernels of the last quarter of the mode list.
+// The blend kernels of the second quarter of the mode list.
 #include "image/filters/blend/BlendModeBand.h"
 
 namespace Tw::Image {
 
-template struct BlendKernelPart<3>;
+template struct BlendModeGroup<1>;
 
 }  // namespace Tw::Image

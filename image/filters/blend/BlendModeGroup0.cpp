@@ -1,8 +1,8 @@
-// The blend kernels of the second quarter of the mode list.
+// The blend kernels of the first quarter of the mode list.
 #include "image/filters/blend/BlendModeBand.h"
 
 namespace Tw::Image {
 
-template struct BlendKernelPart<1>;
+template struct BlendModeGroup<0>;
 
 }  // namespace Tw::Image

@@ -1,8 +1,8 @@
-// The blend kernels of the first quarter of the mode list.
+// The blend kernels of the last quarter of the mode list.
 #include "image/filters/blend/BlendModeBand.h"
 
 namespace Tw::Image {
 
-template struct BlendKernelPart<0>;
+template struct BlendModeGroup<3>;
 
 }  // namespace Tw::Image

@@ -3,6 +3,6 @@
 
 namespace Tw::Image {
 
-template struct BlendKernelPart<2>;
+template struct BlendModeGroup<2>;
 
 }  // namespace Tw::Image
