@@ -56,12 +56,12 @@ struct SilhouetteLuma : StencilRule<SilhouetteLuma> {
 struct AlphaAdd {
     static constexpr const char* name = "AlphaAdd";
     template <class Px, class F, class W>
-    [[gnu::always_inline]] static F compose(F b, F t, const W& w) {
+    [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
         using Depth = typename Px::Depth;
-        const F bn = Depth::normalised(b);
         const F alpha = BlendMath::lower(F{} + 1.0f, w.ba + w.a);
         const F share = alpha > 0.0f ? w.a / alpha : w.a;
-        return Px::withAlpha((share * (Depth::normalised(t) - bn) + bn) * Depth::white, alpha * Depth::white);
+        return Px::withAlpha((share * (Depth::normalised(t) - w.bn) + w.bn) * Depth::white,
+                             alpha * Depth::white);
     }
 };
 
@@ -70,11 +70,11 @@ struct AlphaAdd {
 struct LuminescentPremul {
     static constexpr const char* name = "LuminescentPremul";
     template <class Px, class F, class W>
-    [[gnu::always_inline]] static F compose(F b, F t, const W& w) {
+    [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
         using Depth = typename Px::Depth;
         const F k = w.A > 0.0f ? 1.0f / w.A : F{};
         const F e = w.A > 0.0f ? w.a * k : w.a;
-        const F out = k * Depth::normalised(t) + (1.0f - e) * Depth::normalised(b);
+        const F out = k * Depth::normalised(t) + (1.0f - e) * w.bn;
         return Px::withAlpha(out * Depth::white, w.A * Depth::white);
     }
 };

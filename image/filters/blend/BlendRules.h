@@ -13,6 +13,7 @@ namespace Tw::Image {
 
 template <class F>
 struct BlendWeights {
+    F bn;  // the base pixel, normalised
     F ba;  // base alpha, normalised
     F a;   // top alpha times opacity, normalised
     F A;   // ba + a - ba * a
@@ -24,7 +25,9 @@ template <class Px>
                                                                         float opacity) {
     using Depth = typename Px::Depth;
     BlendWeights<typename Px::F> w;
-    w.ba = Depth::normalised(Px::alpha(b));
+    // Normalised once for the weights and every rule that reads the base's colour.
+    w.bn = Depth::normalised(b);
+    w.ba = Px::alpha(w.bn);
     w.a = Depth::normalised(Px::alpha(t) * opacity);
     w.A = w.ba + w.a - w.ba * w.a;
     w.f = w.A > 0.0f ? w.a / w.A : w.a;
@@ -53,7 +56,7 @@ struct StandardRule {
     template <class Px, class F, class W>
     [[gnu::always_inline]] static F compose(F b, F t, const W& w) {
         using Depth = typename Px::Depth;
-        const F blended = Mode::template colour<Px>(Depth::normalised(b), Depth::normalised(t));
+        const F blended = Mode::template colour<Px>(w.bn, Depth::normalised(t));
         const F B = Range == BlendRange::Limited ? Depth::limited(blended) : Depth::rounded(blended);
         return Px::withAlpha(w.f * (w.ba * (B - t) + t - b) + b, w.A * Depth::white);
     }
@@ -63,11 +66,10 @@ struct StandardRule {
 template <class Mode>
 struct DirectRule {
     template <class Px, class F, class W>
-    [[gnu::always_inline]] static F compose(F b, F t, const W& w) {
+    [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
         using Depth = typename Px::Depth;
-        const F bn = Depth::normalised(b);
-        const F C = Mode::template direct<Px>(bn, Depth::normalised(t), w.ba);
-        return Px::withAlpha((w.f * (C - bn) + bn) * Depth::white, w.A * Depth::white);
+        const F C = Mode::template direct<Px>(w.bn, Depth::normalised(t), w.ba);
+        return Px::withAlpha((w.f * (C - w.bn) + w.bn) * Depth::white, w.A * Depth::white);
     }
 };
 
@@ -76,9 +78,9 @@ struct DirectRule {
 template <class Mode>
 struct PremultipliedRule {
     template <class Px, class F, class W>
-    [[gnu::always_inline]] static F compose(F b, F t, const W& w) {
+    [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
         using Depth = typename Px::Depth;
-        const F r = Mode::premultiplied(Depth::normalised(b), Depth::normalised(t), w.ba, w.a);
+        const F r = Mode::premultiplied(w.bn, Depth::normalised(t), w.ba, w.a);
         const F out = Mode::finish(w.A > 0.0f ? r / w.A : r);
         return Px::withAlpha(out * Depth::white, w.A * Depth::white);
     }
