@@ -54,6 +54,10 @@ struct Avx2 {
 };
 }  // namespace Isa
 
+// The vector width of kernels that work on whole pixels in a processor variant: at least one pixel.
+template <class Variant>
+inline constexpr int kPixelLanes = Variant::floatLanes < 4 ? 4 : Variant::floatLanes;
+
 // Calls body(PixelLayout{}) for the depth and component order of `image`. Formats whose first logical
 // component lies at position 1 take the ARGB layout, all others the BGRA one. A depth without a component
 // type (the packed "v210" family) does nothing at all.

@@ -58,7 +58,7 @@ struct AlphaAdd {
     template <class Px, class F, class W>
     [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
         using Depth = typename Px::Depth;
-        const F alpha = BlendMath::lower(F{} + 1.0f, w.ba + w.a);
+        const F alpha = min<Px::lanes>(F{} + 1.0f, w.ba + w.a);
         const F share = alpha > 0.0f ? w.a / alpha : w.a;
         return Px::withAlpha((share * (Depth::normalised(t) - w.bn) + w.bn) * Depth::white,
                              alpha * Depth::white);

@@ -10,10 +10,9 @@ namespace Tw::Image {
 // The output is 1 - r / A: a burn of the weighted base by the top's weighted darkness.
 struct ClassicColorBurn : PremultipliedRule<ClassicColorBurn> {
     static constexpr const char* name = "ClassicColorBurn";
-    template <class F>
+    template <class Px, class F>
     [[gnu::always_inline]] static F premultiplied(F b, F t, F ba, F a) {
-        const F u = (1.0f - t) * a;
-        return u >= 1.0f ? u : BlendMath::lower(F{} + 1.0f, (1.0f - b) * ba / (1.0f - u));
+        return BlendMath::dodge((1.0f - b) * ba, (1.0f - t) * a);
     }
     template <class F>
     [[gnu::always_inline]] static F finish(F q) {
@@ -23,27 +22,17 @@ struct ClassicColorBurn : PremultipliedRule<ClassicColorBurn> {
 
 struct ClassicColorDodge : PremultipliedRule<ClassicColorDodge> {
     static constexpr const char* name = "ClassicColorDodge";
-    template <class F>
+    template <class Px, class F>
     [[gnu::always_inline]] static F premultiplied(F b, F t, F ba, F a) {
-        const F p = b * ba;
-        const F q = t * a;
-        return q >= 1.0f ? q : BlendMath::lower(F{} + 1.0f, p / (1.0f - q));
-    }
-    template <class F>
-    [[gnu::always_inline]] static F finish(F q) {
-        return q;
+        return BlendMath::dodge(b * ba, t * a);
     }
 };
 
 struct ClassicDifference : PremultipliedRule<ClassicDifference> {
     static constexpr const char* name = "ClassicDifference";
-    template <class F>
+    template <class Px, class F>
     [[gnu::always_inline]] static F premultiplied(F b, F t, F ba, F a) {
-        return BlendMath::magnitude(b * ba - t * a);
-    }
-    template <class F>
-    [[gnu::always_inline]] static F finish(F q) {
-        return q;
+        return absolute<Px::lanes>(b * ba - t * a);
     }
 };
 

@@ -24,12 +24,12 @@ template <class Px>
 
 template <class Px>
 [[gnu::always_inline]] inline typename Px::F largestComponent(typename Px::F c) {
-    return BlendMath::upper(BlendMath::upper(Px::red(c), Px::green(c)), Px::blue(c));
+    return max<Px::lanes>(max<Px::lanes>(Px::red(c), Px::green(c)), Px::blue(c));
 }
 
 template <class Px>
 [[gnu::always_inline]] inline typename Px::F smallestComponent(typename Px::F c) {
-    return BlendMath::lower(BlendMath::lower(Px::red(c), Px::green(c)), Px::blue(c));
+    return min<Px::lanes>(min<Px::lanes>(Px::red(c), Px::green(c)), Px::blue(c));
 }
 
 template <class Px>

@@ -8,19 +8,12 @@
 
 namespace Tw::Image {
 
-// How much lighter the top is than the base, in every lane of each pixel.
-template <class Px, class F>
-[[gnu::always_inline]] inline F luminanceGain(F b, F t) {
-    const F d = t - b;
-    return 0.3f * Px::red(d) + 0.59f * Px::green(d) + 0.11f * Px::blue(d);
-}
-
 // Equal luminances select the top.
 struct DarkerColor : StandardRule<DarkerColor> {
     static constexpr const char* name = "DarkerColor";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return luminanceGain<Px>(b, t) > 0.0f ? b : t;
+        return luminanceByFractions<Px>(t - b) > 0.0f ? b : t;
     }
 };
 
@@ -28,7 +21,7 @@ struct LighterColor : StandardRule<LighterColor> {
     static constexpr const char* name = "LighterColor";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return 0.0f > luminanceGain<Px>(b, t) ? b : t;
+        return 0.0f > luminanceByFractions<Px>(t - b) ? b : t;
     }
 };
 

@@ -13,7 +13,7 @@ struct Darken : DirectRule<Darken> {
     static constexpr const char* name = "Darken";
     template <class Px, class F>
     [[gnu::always_inline]] static F direct(F b, F t, F ba) {
-        return BlendMath::lower((b - 1.0f) * ba + 1.0f, t);
+        return min<Px::lanes>((b - 1.0f) * ba + 1.0f, t);
     }
 };
 
@@ -37,7 +37,7 @@ struct LinearBurn : StandardRule<LinearBurn> {
     static constexpr const char* name = "LinearBurn";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return BlendMath::upper(F{}, b + t - 1.0f);
+        return max<Px::lanes>(F{}, b + t - 1.0f);
     }
 };
 
@@ -53,7 +53,7 @@ struct Lighten : DirectRule<Lighten> {
     static constexpr const char* name = "Lighten";
     template <class Px, class F>
     [[gnu::always_inline]] static F direct(F b, F t, F ba) {
-        return BlendMath::upper(ba * b, t);
+        return max<Px::lanes>(ba * b, t);
     }
 };
 
@@ -77,7 +77,7 @@ struct LinearDodge : StandardRule<LinearDodge> {
     static constexpr const char* name = "LinearDodge";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return BlendMath::lower(F{} + 1.0f, b + t);
+        return min<Px::lanes>(F{} + 1.0f, b + t);
     }
 };
 
@@ -113,8 +113,8 @@ struct LinearLight : StandardRule<LinearLight> {
     static constexpr const char* name = "LinearLight";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return 0.5f > t ? BlendMath::upper(F{}, 2.0f * t + b - 1.0f)
-                        : BlendMath::lower(F{} + 1.0f, 2.0f * (t - 0.5f) + b);
+        return 0.5f > t ? max<Px::lanes>(F{}, 2.0f * t + b - 1.0f)
+                        : min<Px::lanes>(F{} + 1.0f, 2.0f * (t - 0.5f) + b);
     }
 };
 
@@ -130,7 +130,7 @@ struct PinLight : StandardRule<PinLight> {
     static constexpr const char* name = "PinLight";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return 0.5f > t ? BlendMath::lower(b, 2.0f * t) : BlendMath::upper(b, 2.0f * (t - 0.5f));
+        return 0.5f > t ? min<Px::lanes>(b, 2.0f * t) : max<Px::lanes>(b, 2.0f * (t - 0.5f));
     }
 };
 
@@ -146,7 +146,7 @@ struct Difference : StandardRule<Difference> {
     static constexpr const char* name = "Difference";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return BlendMath::magnitude(b - t);
+        return absolute<Px::lanes>(b - t);
     }
 };
 
@@ -186,7 +186,7 @@ struct Negation : StandardRule<Negation> {
     static constexpr const char* name = "Negation";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return 1.0f - BlendMath::magnitude(1.0f - b - t);
+        return 1.0f - absolute<Px::lanes>(1.0f - b - t);
     }
 };
 
@@ -194,7 +194,7 @@ struct Reflect : StandardRule<Reflect> {
     static constexpr const char* name = "Reflect";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return t >= 1.0f ? t : BlendMath::lower(F{} + 1.0f, b * b / (1.0f - t));
+        return BlendMath::dodge(b * b, t);
     }
 };
 
@@ -202,7 +202,7 @@ struct Glow : StandardRule<Glow> {
     static constexpr const char* name = "Glow";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return b >= 1.0f ? b : BlendMath::lower(F{} + 1.0f, t * t / (1.0f - b));
+        return BlendMath::dodge(t * t, b);
     }
 };
 
@@ -210,7 +210,7 @@ struct Phoenix : StandardRule<Phoenix> {
     static constexpr const char* name = "Phoenix";
     template <class Px, class F>
     [[gnu::always_inline]] static F colour(F b, F t) {
-        return BlendMath::lower(t, b) - BlendMath::upper(t, b) + 1.0f;
+        return min<Px::lanes>(t, b) - max<Px::lanes>(t, b) + 1.0f;
     }
 };
 

@@ -29,7 +29,7 @@ struct BlendDepth {
         } else if constexpr (sizeof(T) == 1) {
             return v / 255.0f;
         } else {
-            return v * 3.0517578e-5f;
+            return v * 0x1p-15f;
         }
     }
 
@@ -58,7 +58,7 @@ struct BlendDepth {
         if constexpr (isFloat) {
             return v;
         } else {
-            return narrowed<T, Lanes>(__builtin_convertvector(v + 0.5f, I));
+            return truncatedStored<T, Lanes>(v + 0.5f);
         }
     }
 

@@ -1,31 +1,13 @@
-// Lane-wise helpers of the blend modes' colour functions, for float vectors of any width. `lower`,
-// `upper` and `magnitude` are min, max and fabs as the modes are written; burn and dodge are shared by
-// several modes.
+// Lane-wise helpers of the blend modes' colour functions, for float vectors of any width: the square
+// root, and the burn and dodge that several modes share.
 #pragma once
 
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
+
+#include "image/graph/PixelVector.h"
 
 namespace Tw::Image::BlendMath {
-
-template <class F>
-[[gnu::always_inline]] inline F lower(F a, F b) {
-    return a > b ? b : a;
-}
-
-template <class F>
-[[gnu::always_inline]] inline F upper(F a, F b) {
-    return a < b ? b : a;
-}
-
-// The sign bit cleared.
-template <class F>
-[[gnu::always_inline]] inline F magnitude(F v) {
-    using Bits = decltype(v < v);
-    return std::bit_cast<F>(std::bit_cast<Bits>(v) & 0x7fffffff);
-}
 
 template <class F>
 [[gnu::always_inline]] inline F squareRoot(F v) {
@@ -44,7 +26,7 @@ template <class F>
 // The dodge of b by t: a top at or above 1 stands for the result as it is.
 template <class F>
 [[gnu::always_inline]] inline F dodge(F b, F t) {
-    return t >= 1.0f ? t : lower(F{} + 1.0f, b / (1.0f - t));
+    return t >= 1.0f ? t : min<static_cast<int>(sizeof(F) / sizeof(float))>(F{} + 1.0f, b / (1.0f - t));
 }
 
 // A burn by twice the top below a half, a dodge by twice its excess over a half above.

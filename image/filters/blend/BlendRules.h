@@ -74,13 +74,18 @@ struct DirectRule {
 };
 
 // Rule P. Mode::premultiplied gives r; r / A where A is positive, r itself where it is not, goes through
-// Mode::finish to the output.
+// Mode::finish, which leaves it as it is unless the mode says otherwise, to the output.
 template <class Mode>
 struct PremultipliedRule {
+    template <class F>
+    [[gnu::always_inline]] static F finish(F q) {
+        return q;
+    }
+
     template <class Px, class F, class W>
     [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
         using Depth = typename Px::Depth;
-        const F r = Mode::premultiplied(w.bn, Depth::normalised(t), w.ba, w.a);
+        const F r = Mode::template premultiplied<Px>(w.bn, Depth::normalised(t), w.ba, w.a);
         const F out = Mode::finish(w.A > 0.0f ? r / w.A : r);
         return Px::withAlpha(out * Depth::white, w.A * Depth::white);
     }

@@ -17,10 +17,6 @@
 
 namespace Tw::Image {
 
-// The vector width of the retouching kernels in a processor variant: at least one whole pixel.
-template <class Isa>
-inline constexpr int kPixelLanes = Isa::floatLanes < 4 ? 4 : Isa::floatLanes;
-
 // Lanes components as an image holds them: floats as they are, integers in the low part of 16 bytes.
 template <class T, int Lanes>
 using Stored = std::conditional_t<std::is_same_v<T, float>, FloatVector<Lanes>, Vector<T, 16 / sizeof(T)>>;

@@ -172,7 +172,7 @@ void balanceBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect&
     dispatchKernel(output, features, [&](auto layout, auto isa) {
         using Layout = decltype(layout);
         using T = typename Layout::Component;
-        constexpr int lanes = decltype(isa)::floatLanes < 4 ? 4 : decltype(isa)::floatLanes;
+        constexpr int lanes = kPixelLanes<decltype(isa)>;
         constexpr int pixelsPerBlock = lanes;
         const auto run = [&]<bool WithGamma>() {
             const BalanceBlock<Layout, lanes, WithGamma> block(settings);
