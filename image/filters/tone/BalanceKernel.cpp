@@ -21,6 +21,17 @@ float inverseGamma(float gamma) {
     return gamma > 0.001f ? 1.0f / gamma : 999.99994f;
 }
 
+// The most a component may come out as: white at the integer depths; at float, 1 when clamping, else
+// nothing limits it.
+template <class Layout>
+float upperLimit(const BalanceSettings& settings) {
+    if constexpr (std::is_floating_point_v<typename Layout::Component>) {
+        return settings.clamp ? 1.0f : std::numeric_limits<float>::infinity();
+    } else {
+        return Layout::white;
+    }
+}
+
 // One pixel vector of the kernel, parameters laid out in the memory order of Layout.
 template <class Layout, int Lanes, bool WithGamma>
 struct BalancePixels {
@@ -39,8 +50,7 @@ struct BalancePixels {
         offset = repeatPixel<Lanes>(offsetByPosition);
         isAlpha = repeatPixel<Lanes>(alphaByPosition) != 0.0f;
         invGamma = inverseGamma(settings.gamma);
-        const bool integer = !std::is_floating_point_v<T>;
-        upper = integer ? Layout::white : settings.clamp ? 1.0f : std::numeric_limits<float>::infinity();
+        upper = upperLimit<Layout>(settings);
     }
 
     void apply(const T* in, T* out) const {
@@ -134,8 +144,7 @@ struct BalanceBlock {
             }
         }
         invGamma = inverseGamma(settings.gamma);
-        upper = std::is_floating_point_v<T> ? (settings.clamp ? 1.0f : std::numeric_limits<float>::infinity())
-                                            : Layout::white;
+        upper = upperLimit<Layout>(settings);
     }
 
     void apply(const T* in, T* out) const {
