@@ -24,10 +24,6 @@ inline int32_t nextEdge(const PixelRect& rect, int32_t y, int32_t from, int32_t 
     return to;
 }
 
-inline bool covers(const PixelRect& rect, int32_t x, int32_t y) {
-    return !rect.isEmpty() && x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
-}
-
 }  // namespace Detail
 
 // Calls apply(base, top, out) for Pixels pixels at a time over `band` of `out`, reading `base` and `top`
@@ -43,8 +39,8 @@ void forEachBlendRun(const ImageView<T>& out, const ImageView<T>& base, const Im
         for (int32_t x = band.left; x < band.right;) {
             const int32_t end = std::min(Detail::nextEdge(baseRect, y, x, band.right),
                                          Detail::nextEdge(topRect, y, x, band.right));
-            const bool hasBase = Detail::covers(baseRect, x, y);
-            const bool hasTop = Detail::covers(topRect, x, y);
+            const bool hasBase = baseRect.contains({x, y, x + 1, y + 1});
+            const bool hasTop = topRect.contains({x, y, x + 1, y + 1});
             const T* b = hasBase ? base.at(x, y) : kTransparent;
             const T* t = hasTop ? top.at(x, y) : kTransparent;
             const int baseStep = hasBase ? kComponents : 0;
