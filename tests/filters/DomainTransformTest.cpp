@@ -11,6 +11,7 @@
 
 #include "host/standalone/Host.h"
 #include "image/filters/retouch/DomainTransformBlurFilter.h"
+#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
@@ -239,6 +240,13 @@ TEST(DomainTransformPictures, AStepEdgeStaysAStepWhereAPlainBlurSmearsIt) {
         ASSERT_EQ(kept.at(x, 2, 0), 0.2f) << x;
     EXPECT_GT(kept.at(31, 2, 0), 0.5f);
     EXPECT_NEAR(kept.at(63, 2, 0), 0.8f, 0.01f);
+}
+
+TEST(DomainTransformModel, EveryEightBitStepIsDividedBy255AsTheDivisionRoundsIt) {
+    for (int step = 0; step <= 255; ++step) {
+        volatile float quotient = float(step) / 255.0f;  // kept from being folded into a multiplication
+        ASSERT_EQ(wholeStepOf255(float(step)), quotient) << step;
+    }
 }
 
 TEST(DomainTransformModel, MatchesBitForBitAtEveryDepthIterationsAndInputs) {

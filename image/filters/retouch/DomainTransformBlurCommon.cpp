@@ -21,6 +21,14 @@ template <class T, class V>
     return v;
 }
 
+// The absolute step between two components of depth T in units of white. At 8 bits the step is a whole
+// number from 0 to 255, which wholeStepOf255 divides without a division.
+template <class T, class V>
+[[gnu::always_inline]] inline V stepInWhiteUnits(V step) {
+    if constexpr (std::is_same_v<T, uint8_t>) return wholeStepOf255(step);
+    return inWhiteUnits<T>(step);
+}
+
 // D for `count` pixels: pixel i at a + 4i, its neighbour at b + 4i.
 template <class T, int Lanes>
 [[gnu::always_inline]] inline void derivativeRun(const T* a, const T* b, int32_t count, float scale,
@@ -30,13 +38,13 @@ template <class T, int Lanes>
         F steps[4];
         for (int k = 0; k < 4; ++k) {
             const F difference = loadFloats<Lanes>(b + k * Lanes) - loadFloats<Lanes>(a + k * Lanes);
-            steps[k] = inWhiteUnits<T>(absolute<Lanes>(difference));
+            steps[k] = stepInWhiteUnits<T>(absolute<Lanes>(difference));
         }
         const F d = scale * pixelSums<Lanes>(steps) + 1.0f;
         std::memcpy(out, &d, sizeof d);
     }
     for (; count > 0; --count, a += 4, b += 4, ++out) {
-        const auto step = inWhiteUnits<T>(absolute<4>(loadFloats<4>(b) - loadFloats<4>(a)));
+        const auto step = stepInWhiteUnits<T>(absolute<4>(loadFloats<4>(b) - loadFloats<4>(a)));
         *out = scale * ((((0.0f + step[0]) + step[1]) + step[2]) + step[3]) + 1.0f;
     }
 }

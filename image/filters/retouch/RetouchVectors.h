@@ -185,6 +185,16 @@ template <int Lanes>
     return std::bit_cast<FloatVector<Lanes>>(std::bit_cast<IntVector<Lanes>>(v) & 0x7fffffff);
 }
 
+// x / 255 for whole numbers x from 0 to 255, correctly rounded as the division gives it, at a fraction of
+// its cost. x / 255 in binary is x's eight bits repeated after the point for ever. x * 65793 / 2^24 is
+// the first three copies, exactly; adding 2^-24 of it brings in the next three, beyond what a float
+// keeps, and a repeating pattern never lies at or near a rounding tie, so the sum rounds as the quotient.
+template <class V>
+[[gnu::always_inline]] inline V wholeStepOf255(V x) {
+    const V copies = x * 0x1.0101p-8f;
+    return copies + copies * 0x1p-24f;
+}
+
 // The weights of Lanes / 4 neighbouring pixels, each repeated over the four components of its pixel.
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> spreadOverPixels(const float* weights) {
