@@ -1,6 +1,7 @@
 #include "image/filters/retouch/DomainTransformBlurCommon.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <type_traits>
 
@@ -21,14 +22,6 @@ template <class T, class V>
     return v;
 }
 
-// The absolute step between two components of depth T in units of white. At 8 bits the step is a whole
-// number from 0 to 255, which wholeStepOf255 divides without a division.
-template <class T, class V>
-[[gnu::always_inline]] inline V stepInWhiteUnits(V step) {
-    if constexpr (std::is_same_v<T, uint8_t>) return wholeStepOf255(step);
-    return inWhiteUnits<T>(step);
-}
-
 // D for `count` pixels: pixel i at a + 4i, its neighbour at b + 4i.
 template <class T, int Lanes>
 [[gnu::always_inline]] inline void derivativeRun(const T* a, const T* b, int32_t count, float scale,
@@ -36,15 +29,30 @@ template <class T, int Lanes>
     using F = FloatVector<Lanes>;
     for (; count >= Lanes; count -= Lanes, a += 4 * Lanes, b += 4 * Lanes, out += Lanes) {
         F steps[4];
-        for (int k = 0; k < 4; ++k) {
-            const F difference = loadFloats<Lanes>(b + k * Lanes) - loadFloats<Lanes>(a + k * Lanes);
-            steps[k] = stepInWhiteUnits<T>(absolute<Lanes>(difference));
+        if constexpr (sizeof(T) == 1) {
+            // The steps as bytes, the larger component less the smaller, exactly as in float.
+            using Bytes = Vector<uint8_t, 4 * Lanes>;
+            Bytes x, y;
+            std::memcpy(&x, a, sizeof x);
+            std::memcpy(&y, b, sizeof y);
+            pixelBytes<Lanes>(std::bit_cast<IntVector<Lanes>>(Bytes((x > y ? x : y) - (x > y ? y : x))),
+                              steps);
+            for (int c = 0; c < 4; ++c)
+                steps[c] = wholeStepOf255(steps[c]);
+        } else {
+            F differences[4];
+            for (int k = 0; k < 4; ++k) {
+                const F difference = loadFloats<Lanes>(b + k * Lanes) - loadFloats<Lanes>(a + k * Lanes);
+                differences[k] = inWhiteUnits<T>(absolute<Lanes>(difference));
+            }
+            pixelComponents<Lanes>(differences, steps);
         }
-        const F d = scale * pixelSums<Lanes>(steps) + 1.0f;
+        const F d = scale * componentSum<Lanes>(steps) + 1.0f;
         std::memcpy(out, &d, sizeof d);
     }
     for (; count > 0; --count, a += 4, b += 4, ++out) {
-        const auto step = stepInWhiteUnits<T>(absolute<4>(loadFloats<4>(b) - loadFloats<4>(a)));
+        const auto difference = absolute<4>(loadFloats<4>(b) - loadFloats<4>(a));
+        const auto step = sizeof(T) == 1 ? wholeStepOf255(difference) : inWhiteUnits<T>(difference);
         *out = scale * ((((0.0f + step[0]) + step[1]) + step[2]) + step[3]) + 1.0f;
     }
 }
@@ -54,11 +62,19 @@ template <class T, int Lanes>
                                                float* out) {
     using F = FloatVector<Lanes>;
     for (; count >= Lanes; count -= Lanes, e += 4 * Lanes, d += Lanes, out += Lanes) {
-        const F components[4] = {loadFloats<Lanes>(e), loadFloats<Lanes>(e + Lanes),
-                                 loadFloats<Lanes>(e + 2 * Lanes), loadFloats<Lanes>(e + 3 * Lanes)};
+        F components[4];
+        if constexpr (sizeof(T) == 1) {
+            IntVector<Lanes> pixels;
+            std::memcpy(&pixels, e, sizeof pixels);
+            pixelBytes<Lanes>(pixels, components);
+        } else {
+            const F memoryOrder[4] = {loadFloats<Lanes>(e), loadFloats<Lanes>(e + Lanes),
+                                      loadFloats<Lanes>(e + 2 * Lanes), loadFloats<Lanes>(e + 3 * Lanes)};
+            pixelComponents<Lanes>(memoryOrder, components);
+        }
         F plane;
         std::memcpy(&plane, d, sizeof plane);
-        const F sum = inWhiteUnits<T>(pixelSums<Lanes>(components) * scale) + plane;
+        const F sum = inWhiteUnits<T>(componentSum<Lanes>(components) * scale) + plane;
         std::memcpy(out, &sum, sizeof sum);
     }
     for (; count > 0; --count, e += 4, ++d, ++out) {

@@ -231,10 +231,11 @@ template <int N>
     }
 }
 
-// The sum of the four components of each of Lanes pixels, added in memory order c0, c1, c2, c3 from 0.
-// The pixels come in four vectors, in memory order; the sums go out one per lane, pixel 0 first.
+// Component c of each of Lanes pixels to `components[c]`, pixel k in lane k. The pixels come in four
+// vectors of floats, in memory order.
 template <int Lanes>
-[[gnu::always_inline]] inline FloatVector<Lanes> pixelSums(const FloatVector<Lanes> (&v)[4]) {
+[[gnu::always_inline]] inline void pixelComponents(const FloatVector<Lanes> (&v)[4],
+                                                   FloatVector<Lanes> (&components)[4]) {
     using F = FloatVector<Lanes>;
     // Component c of the pixels of two neighbouring vectors, gathered into the low lanes; then the two
     // halves joined.
@@ -250,10 +251,27 @@ template <int Lanes>
             return F(__builtin_shufflevector(low, high, 0, 1, 2, 3, 8, 9, 10, 11));
         }
     };
-    F sum = F{} + component.template operator()<0>();
-    sum += component.template operator()<1>();
-    sum += component.template operator()<2>();
-    return sum + component.template operator()<3>();
+    components[0] = component.template operator()<0>();
+    components[1] = component.template operator()<1>();
+    components[2] = component.template operator()<2>();
+    components[3] = component.template operator()<3>();
+}
+
+// The same for 8-bit pixels, one a 32-bit lane: shifts and masks, which leave the processor's shuffle
+// unit to other work.
+template <int Lanes>
+[[gnu::always_inline]] inline void pixelBytes(IntVector<Lanes> pixels, FloatVector<Lanes> (&components)[4]) {
+    for (int c = 0; c < 4; ++c)
+        components[c] = __builtin_convertvector((pixels >> (8 * c)) & 0xff, FloatVector<Lanes>);
+}
+
+// The sum of a pixel's four components, added in memory order c0, c1, c2, c3 from 0; one pixel a lane.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> componentSum(const FloatVector<Lanes> (&components)[4]) {
+    FloatVector<Lanes> sum = FloatVector<Lanes>{} + components[0];
+    sum += components[1];
+    sum += components[2];
+    return sum + components[3];
 }
 
 }  // namespace Tw::Image
