@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <random>
 
@@ -270,6 +271,32 @@ TEST(DomainTransformModel, MatchesBitForBitAtEveryDepthIterationsAndInputs) {
                         model.run(pixels, pixels, &edgePixels, 0.75f, part));
             EXPECT_TRUE(render(image, params, frame, {.guide = &guide, .edges = &edges, .edgeScale = 1}) ==
                         model.run(pixels, other, &edgePixels, 1, frame));
+        }
+    }
+}
+
+TEST(DomainTransformModel, ProductsBelowTheSmallestNormalFloatChangeNoStoredValue) {
+    // One white column, then black, with a narrow reach: the accumulator decays from white by a fifth a
+    // step and goes below the smallest normal float well before the end of the line. Integer images
+    // flush such results. Float images keep them, and their black here is itself below the smallest
+    // normal float, which a flush would turn into zero.
+    const PixelRect frame{0, 0, 64, 4};
+    const DomainTransformParams params{1, 1, 0.5f, 3};
+    for (const PixelFormat format : kFormats) {
+        const int depth = formatDepth(format);
+        const float black = depth == 32 ? 1e-40f : 0.0f;
+        const float white = depth == 8 ? 255.0f : depth == 16 ? 32768.0f : 1.0f;
+        Pixels stripes(frame);
+        for (std::size_t i = 0; i < stripes.v.size(); ++i)
+            stripes.v[i] = i / 4 % 64 == 0 ? white : black;
+        ImageBuffer image = imageOf(stripes, format);
+        const Pixels expected = modelOf(image, params).run(stripes, stripes, nullptr, 0, frame);
+        EXPECT_TRUE(render(image, params, frame) == expected) << depth;
+        if (depth == 32) {
+            const bool keepsTinyValues = std::any_of(expected.v.begin(), expected.v.end(), [](float v) {
+                return v != 0 && std::fabs(v) < std::numeric_limits<float>::min();
+            });
+            EXPECT_TRUE(keepsTinyValues);
         }
     }
 }

@@ -1,10 +1,41 @@
 #include "image/filters/retouch/DomainTransformPass.h"
 
+#include <xmmintrin.h>
+
+#include <type_traits>
+
 #include "image/filters/retouch/DomainTransformColumns.h"
 #include "image/filters/retouch/DomainTransformRows.h"
 #include "image/graph/KernelDispatch.h"
 
 namespace Tw::Image {
+
+namespace {
+
+// Where asked to, has the processor flush results below the smallest normal float to zero while it lives;
+// then puts its control word back as it was, also when an interruption passes.
+//
+// The recursion at integer depths meets such results where a weight is tiny (a strong edge, a narrow
+// reach) and the accumulator sits near the pixel it steps toward, and each costs the processor a slow
+// path of a hundred cycles or more. Flushing them leaves every stored value as it was: a tiny product is
+// added either to a whole number, which absorbs it entirely, or to zero, where the accumulator stays far
+// below the 0.5 that rounding to a stored value could see, and the first whole number it meets absorbs
+// it again. Float images keep their tiny values, so they run without this.
+class FlushTinyResults {
+public:
+    explicit FlushTinyResults(bool flush) : saved_(_mm_getcsr()) {
+        if (flush) _mm_setcsr(saved_ | kFlushToZero);
+    }
+    ~FlushTinyResults() { _mm_setcsr(saved_); }
+    FlushTinyResults(const FlushTinyResults&) = delete;
+    FlushTinyResults& operator=(const FlushTinyResults&) = delete;
+
+private:
+    static constexpr unsigned kFlushToZero = 0x8000;
+    unsigned saved_;
+};
+
+}  // namespace
 
 void recurseLinesBand(bool alongRows, const ImageBuffer& source, const ImageBuffer& weights,
                       const PixelRect& region, ImageBuffer& destination, const PixelRect& target,
@@ -15,6 +46,7 @@ void recurseLinesBand(bool alongRows, const ImageBuffer& source, const ImageBuff
         dispatchKernel(source, features, [&](auto layout, auto isa) {
             using T = typename decltype(layout)::Component;
             constexpr int lanes = kPixelLanes<decltype(isa)>;
+            const FlushTinyResults flushTiny(!std::is_same_v<T, float>);
             if constexpr (AlongRows) {
                 const RowLines<T> lines{source.pixelAddress(region.left, band.top),
                                         source.rowStride(),
