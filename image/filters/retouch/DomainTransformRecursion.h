@@ -25,16 +25,14 @@ template <int Lanes>
     return (acc - value) * weight + value;
 }
 
-// The accumulator as the image holds it. At integer depths: max(acc + 0.5, 0), a NaN giving 0, limited to
-// white and cut toward zero.
+// The accumulator as the image holds it.
 template <class T, int Lanes>
 [[gnu::always_inline]] inline Stored<T, Lanes> storedComponents(FloatVector<Lanes> acc) {
-    using F = FloatVector<Lanes>;
     if constexpr (std::is_same_v<T, float>) {
         return acc;
     } else {
-        return truncatedStored<T, Lanes>(
-            min<Lanes>(max<Lanes>(F{}, acc + 0.5f), F{} + ComponentTraits<T>::white));
+        // max(acc, 0) + 0.5 cut toward zero is what acc + 0.5 limited to 0 and cut gives.
+        return clampedStored<T, Lanes>(acc + 0.5f);
     }
 }
 

@@ -156,21 +156,15 @@ template <class T, int Lanes>
     }
 }
 
-// Integers: max(v, 0), white where that is above white, else cut toward zero; a NaN gives 0. Float
-// passes unchanged. Where the cut value would exceed white, every bit of the integer is set, which
-// narrows to 255 at 8 bits, and at 16 bits is turned into 32768 by clearing the low fifteen; this also
-// covers values too large for an integer.
+// Integers: max(v, 0), a NaN giving 0, limited to white and cut toward zero. Float passes unchanged.
 template <class T, int Lanes>
 [[gnu::always_inline]] inline Stored<T, Lanes> clampedStored(FloatVector<Lanes> values) {
+    using F = FloatVector<Lanes>;
     if constexpr (std::is_same_v<T, float>) {
         return values;
     } else {
-        constexpr float white = ComponentTraits<T>::white;
-        const FloatVector<Lanes> positive = values > 0.0f ? values : FloatVector<Lanes>{};
-        const IntVector<Lanes> over = positive >= white + 1.0f;
-        IntVector<Lanes> integers = __builtin_convertvector(positive, IntVector<Lanes>) | over;
-        if constexpr (sizeof(T) == 2) integers ^= over & 0x7fff;
-        return narrowed<T, Lanes>(integers);
+        return truncatedStored<T, Lanes>(
+            min<Lanes>(max<Lanes>(F{}, values), F{} + ComponentTraits<T>::white));
     }
 }
 
