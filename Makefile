@@ -5,13 +5,16 @@ BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 TSAN_DIR ?= build-tsan
 JOBS ?= 2
-# openimageio-tools: Debian's CMake package file of OpenImageIO refuses to load without its programs.
-# ffmpeg and melt: the frei0r hosts the plug-ins' tests run.
-PACKAGES := cmake g++ make libgtest-dev libbenchmark-dev libopenimageio-dev openimageio-tools ffmpeg melt
+# What the command-line tool needs. openimageio-tools: Debian's CMake package file of OpenImageIO refuses to
+# load without its programs.
+RUN_PACKAGES := cmake g++ make libopenimageio-dev openimageio-tools
+# And what the tests and benchmarks need: libgtest-dev does not bring GoogleMock. ffmpeg and melt are the
+# frei0r hosts the plug-ins' tests run.
+PACKAGES := $(RUN_PACKAGES) libgtest-dev libgmock-dev libbenchmark-dev ffmpeg melt
 # Where `make install` puts the frei0r plug-ins: $(PREFIX)/lib/frei0r-1.
 PREFIX ?= /usr/local
 
-.PHONY: all deps build build-sanitize build-tsan run test bench install clean
+.PHONY: all deps build build-run build-sanitize build-tsan run test bench install clean
 
 all: build
 
@@ -28,8 +31,15 @@ deps:
 	fi
 
 build: deps
-	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_TESTS=ON -DTW_BUILD_BENCHMARKS=ON
 	cmake --build $(BUILD_DIR) -j$(JOBS)
+
+# Only the command-line tool and the libraries under it, in the same build tree as `build`: a first run
+# needs neither the tests' packages nor their compile time.
+build-run:
+	@$(MAKE) --no-print-directory deps PACKAGES="$(RUN_PACKAGES)"
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_TESTS=OFF -DTW_BUILD_BENCHMARKS=OFF
+	cmake --build $(BUILD_DIR) -j$(JOBS) --target twfx
 
 # AddressSanitizer and UndefinedBehaviorSanitizer, lightly optimised so the suite stays quick.
 build-sanitize: deps
@@ -45,7 +55,7 @@ build-tsan: deps
 	cmake --build $(TSAN_DIR) -j$(JOBS) --target ae_concurrency_tests
 
 # The bundled portrait through "Smoothing" at its defaults: the edge-preserving smoothing of skin.
-run: build
+run: build-run
 	mkdir -p out
 	$(BUILD_DIR)/tools/twfx/twfx render Smoothing -i samples/astronaut.png -o out/astronaut-smoothing.png
 
@@ -58,7 +68,7 @@ test: build build-sanitize build-tsan
 # that building and testing never need them; the configure step runs again to find them.
 bench: build
 	@$(MAKE) --no-print-directory deps PACKAGES="libopencv-dev libopencv-contrib-dev"
-	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_TESTS=ON -DTW_BUILD_BENCHMARKS=ON
 	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_blend bench_peers
 	$(BUILD_DIR)/bench/bench_balance
 	$(BUILD_DIR)/bench/bench_blend

@@ -1,10 +1,12 @@
 // "Balance": one range map, gamma and clamp for red, green and blue.
 #pragma once
 
+#include <array>
+
 #include "host/param/Parameters.h"
 #include "image/filters/tone/BalanceFilter.h"
-#include "image/graph/FilterPlugin.h"
 #include "plugins/EffectInputs.h"
+#include "plugins/FilterPlugin.h"
 
 namespace Tw::Plugins {
 
@@ -31,7 +33,7 @@ inline float fraction(const Param::Parameters& params, int index) {
 
 template <class Host>
 struct BalancePluginFilters {
-    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+    static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
         return chain.template add<Image::BalanceFilter<Host>>(
             chain.source(), fraction(params, 0), fraction(params, 1), fraction(params, 2),
             fraction(params, 3), static_cast<float>(params.getFloat(4)), params.getBool(5));
@@ -39,13 +41,16 @@ struct BalancePluginFilters {
 };
 
 template <class Host>
-class BalancePlugin final : public Image::FilterPlugin<Host, BalancePluginFilters<Host>> {
+class BalancePlugin final : public FilterPlugin<Host, BalancePluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Balance";
     static constexpr bool pixelIndependent = true;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
+    static constexpr std::array<const char*, 6> busySettings{"From Low=10", "From High=90", "To Low=5",
+                                                             "To High=95",  "Gamma=1.8",    "Clamp=on"};
+    static constexpr std::array<const char*, 0> neutralSettings{};
 
-    using Image::FilterPlugin<Host, BalancePluginFilters<Host>>::FilterPlugin;
+    using FilterPlugin<Host, BalancePluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
         addRangeSliders(list);

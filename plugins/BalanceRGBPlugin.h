@@ -1,6 +1,8 @@
 // "Balance RGB": the master range map of "Balance", then one range map per channel.
 #pragma once
 
+#include <array>
+
 #include "image/filters/tone/BalanceRGBFilter.h"
 #include "plugins/BalancePlugin.h"
 
@@ -8,7 +10,7 @@ namespace Tw::Plugins {
 
 template <class Host>
 struct BalanceRGBPluginFilters {
-    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+    static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
         const auto channels = [&](int index) {
             const Param::ParamColor c = params.getColor(index);
             return std::array<float, 3>{static_cast<float>(c.red), static_cast<float>(c.green),
@@ -22,13 +24,16 @@ struct BalanceRGBPluginFilters {
 };
 
 template <class Host>
-class BalanceRGBPlugin final : public Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>> {
+class BalanceRGBPlugin final : public FilterPlugin<Host, BalanceRGBPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Balance RGB";
     static constexpr bool pixelIndependent = true;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
+    static constexpr std::array<const char*, 5> busySettings{
+        "From Low=5", "From Low RGB=0.1,0.05,0", "To High RGB=0.9,1,0.95", "Gamma=0.7", "Clamp=on"};
+    static constexpr std::array<const char*, 0> neutralSettings{};
 
-    using Image::FilterPlugin<Host, BalanceRGBPluginFilters<Host>>::FilterPlugin;
+    using FilterPlugin<Host, BalanceRGBPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
         addRangeSliders(list);

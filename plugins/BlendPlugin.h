@@ -2,14 +2,16 @@
 // opacity. The two layers keep their places: neither is moved or scaled to fit the other.
 #pragma once
 
+#include <array>
+
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "host/param/Parameters.h"
 #include "image/filters/blend/BlendFilter.h"
-#include "image/graph/FilterPlugin.h"
 #include "plugins/EffectInputs.h"
+#include "plugins/FilterPlugin.h"
 
 namespace Tw::Plugins {
 
@@ -69,7 +71,7 @@ template <class Host>
 struct BlendPluginFilters {
     // Without a second layer, or with one that has no pixels, the effect's own layer passes through,
     // whatever the mode.
-    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+    static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
         Image::FilterLayer<Host>* top = chain.layer(1);
         if (!top || top->bounds().isEmpty()) return chain.source();
         const int32_t mode = params.getInt(BlendParam::Mode);
@@ -79,13 +81,15 @@ struct BlendPluginFilters {
 };
 
 template <class Host>
-class BlendPlugin final : public Image::FilterPlugin<Host, BlendPluginFilters<Host>> {
+class BlendPlugin final : public FilterPlugin<Host, BlendPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Blend";
     static constexpr bool pixelIndependent = true;
     static constexpr EffectInputs inputs = EffectInputs::Layers;
+    static constexpr std::array<const char*, 2> busySettings{"Blend Mode=Soft Light", "Opacity=70"};
+    static constexpr std::array<const char*, 0> neutralSettings{};
 
-    using Image::FilterPlugin<Host, BlendPluginFilters<Host>>::FilterPlugin;
+    using FilterPlugin<Host, BlendPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
         list.records.push_back(Param::ParamRecord::layer("Layer"));

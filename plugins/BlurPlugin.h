@@ -1,11 +1,13 @@
 // "Blur": a Gaussian blur whose "Radius" is the standard deviation in full-resolution pixels.
 #pragma once
 
+#include <array>
+
 #include "host/param/Parameters.h"
 #include "image/filters/spatial/GaussianBlurFilter.h"
-#include "image/graph/FilterPlugin.h"
 #include "plugins/Downsample.h"
 #include "plugins/EffectInputs.h"
+#include "plugins/FilterPlugin.h"
 
 namespace Tw::Plugins {
 
@@ -14,7 +16,7 @@ namespace Param = ::Tw::Host::Param;
 template <class Host>
 struct BlurPluginFilters {
     // No radius, no node: the input is the result. A downsampled render blurs by fewer of its pixels.
-    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+    static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
         const double radius = params.getFloat(0);
         if (!(radius > 0)) return chain.source();
         const Host& host = chain.host();
@@ -26,13 +28,15 @@ struct BlurPluginFilters {
 };
 
 template <class Host>
-class BlurPlugin final : public Image::FilterPlugin<Host, BlurPluginFilters<Host>> {
+class BlurPlugin final : public FilterPlugin<Host, BlurPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Blur";
     static constexpr bool pixelIndependent = false;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
+    static constexpr std::array<const char*, 1> busySettings{"Radius=3.5"};
+    static constexpr std::array<const char*, 1> neutralSettings{"Radius=0"};
 
-    using Image::FilterPlugin<Host, BlurPluginFilters<Host>>::FilterPlugin;
+    using FilterPlugin<Host, BlurPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
         list.records.push_back(Param::ParamRecord::floatSlider("Radius", 10, 0, 200).withSliderRange(0, 30));

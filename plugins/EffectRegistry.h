@@ -18,6 +18,11 @@ struct EffectEntry {
     const char* displayName;  // "Balance RGB"
     EffectInputs inputs;
     std::unique_ptr<Host> (*create)();
+    // Settings as a user types them ("Gamma=1.8"), declared beside each effect's parameters: `busy` puts
+    // every kernel of the effect to work, `neutral` makes it give back its input unchanged (empty for a
+    // generator, which has no input to give back).
+    std::span<const char* const> busySettings;
+    std::span<const char* const> neutralSettings;
 
     // The entry name without its "Entry": how the command line and file names know an effect.
     std::string_view shortName() const {

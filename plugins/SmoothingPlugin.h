@@ -4,6 +4,8 @@
 // minimum and a maximum box, may stop the smoothing blur as extra edges.
 #pragma once
 
+#include <array>
+
 #include <algorithm>
 #include <cstdint>
 
@@ -11,9 +13,9 @@
 #include "image/filters/retouch/BlurLayersFilter.h"
 #include "image/filters/retouch/DifferenceFilter.h"
 #include "image/filters/spatial/MinMaxFilter.h"
-#include "image/graph/FilterPlugin.h"
 #include "plugins/Downsample.h"
 #include "plugins/EffectInputs.h"
+#include "plugins/FilterPlugin.h"
 
 namespace Tw::Plugins {
 
@@ -26,7 +28,7 @@ enum : int { Locked, Amount, DetailSmoothing, ContrastEnhance };
 
 template <class Host>
 struct SmoothingPluginFilters {
-    static Image::FilterBase<Host>& makeFilters(Image::FilterChain<Host>& chain, Param::Parameters& params) {
+    static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
         // Both axes take the horizontal factor, also for an anamorphic downsample: rendered results
         // depend on it.
         const auto rx = static_cast<float>(downsampleFactor(chain.host().downsampleX));
@@ -57,13 +59,16 @@ struct SmoothingPluginFilters {
 };
 
 template <class Host>
-class SmoothingPlugin final : public Image::FilterPlugin<Host, SmoothingPluginFilters<Host>> {
+class SmoothingPlugin final : public FilterPlugin<Host, SmoothingPluginFilters<Host>> {
 public:
     static constexpr const char* displayName = "Smoothing";
     static constexpr bool pixelIndependent = false;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
+    static constexpr std::array<const char*, 3> busySettings{
+        "Smoothing Amount=12", "Skin Detail Smoothing=20", "Contrast Enhance=40"};
+    static constexpr std::array<const char*, 1> neutralSettings{"Smoothing Amount=0"};
 
-    using Image::FilterPlugin<Host, SmoothingPluginFilters<Host>>::FilterPlugin;
+    using FilterPlugin<Host, SmoothingPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
         // Locked: read by nothing; kept so that saved projects still find it.

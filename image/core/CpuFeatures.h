@@ -1,7 +1,8 @@
 // CpuFeatures: the word by which a kernel chooses among its code variants at run time.
 //
-// Each bit group stands for one instruction-set extension. Kernels read kSse2, kSse41 and kAvx2; the
-// other bits are filled so that the word means the same everywhere.
+// Each bit group stands for one instruction-set extension. Kernels read kSse41 and kAvx2; SSE2 is the
+// baseline every x86 build assumes, and the other bits are filled so that the word means the same
+// everywhere.
 #pragma once
 
 #include <cstdint>

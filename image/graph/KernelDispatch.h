@@ -5,11 +5,16 @@
 //         runMyKernel<decltype(layout), decltype(isa)>(...);
 //     });
 //
+// A kernel that treats the four components alike asks `dispatchDepthKernel` instead: its layout names the
+// component type alone, so it is compiled once per depth, not once per depth and order. One that reads no
+// image at all (a plane of weights, say) asks `dispatchVariant`.
+//
 // The variants differ only in the instructions the compiler may use: each is the same template, compiled
 // inside a function built for that instruction set, with everything it calls inlined into it. Kernels
-// keep their results identical across variants (no fused multiply-add, no reassociation); the one
-// documented difference is the plain code's conversion to integers, which truncates where the vector
-// variants round to nearest, ties to even.
+// keep their results identical across variants (no fused multiply-add, no reassociation). The baseline
+// variant is built for what every processor of the architecture has (SSE2 on x86, whose 32-bit build
+// requires it; NEON on arm64), so a processor that answers no feature bit runs the same vector code, and
+// every architecture gives the same bits.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +25,8 @@
 
 namespace Tw::Image {
 
-enum class ComponentOrder { Argb, Bgra };
+// `Alike` is the order of kernels that never tell the components apart.
+enum class ComponentOrder { Argb, Bgra, Alike };
 
 // Where each component of a pixel lies, and the component type with its white.
 template <class T, ComponentOrder Order>
@@ -34,24 +40,27 @@ struct PixelLayout {
     static constexpr float white = ComponentTraits<T>::white;
 };
 
+// The layout of a kernel that treats every component alike: it has no positions to ask for.
+template <class T>
+struct PixelLayout<T, ComponentOrder::Alike> {
+    using Component = T;
+    static constexpr ComponentOrder order = ComponentOrder::Alike;
+    static constexpr float white = ComponentTraits<T>::white;
+};
+
 // Processor variants. `floatLanes` is the natural width of a float vector.
 namespace Isa {
-struct Plain {
-    static constexpr int floatLanes = 1;
-    static constexpr bool roundsToNearest = false;
-};
-struct Sse2 {
+struct Baseline {
     static constexpr int floatLanes = 4;
-    static constexpr bool roundsToNearest = true;
 };
+#if defined(__x86_64__) || defined(__i386__)
 struct Sse41 {
     static constexpr int floatLanes = 4;
-    static constexpr bool roundsToNearest = true;
 };
 struct Avx2 {
     static constexpr int floatLanes = 8;
-    static constexpr bool roundsToNearest = true;
 };
+#endif
 }  // namespace Isa
 
 // The vector width of kernels that work on whole pixels in a processor variant: at least one pixel.
@@ -85,26 +94,47 @@ template <class Layout, class Body>
 [[gnu::target("sse4.1"), gnu::flatten]] void runSse41(Body& body) {
     body(Layout{}, Isa::Sse41{});
 }
-template <class Layout, class Body>
-[[gnu::target("sse2"), gnu::flatten]] void runSse2(Body& body) {
-    body(Layout{}, Isa::Sse2{});
-}
 #endif
+template <class Layout, class Body>
+[[gnu::flatten]] void runBaseline(Body& body) {
+    body(Layout{}, Isa::Baseline{});
+}
+
+// Calls body(Layout{}, Isa tag) with the widest variant that `features` allows.
+template <class Layout, class Body>
+void runVariant(CpuFeatures features, Body& body) {
+#if defined(__x86_64__) || defined(__i386__)
+    if (features & CpuFeature::kAvx2) return runAvx2<Layout>(body);
+    if (features & CpuFeature::kSse41) return runSse41<Layout>(body);
+#endif
+    (void)features;
+    runBaseline<Layout>(body);
+}
 
 }  // namespace Detail
 
-// Calls body(PixelLayout{}, Isa tag) with the widest variant that `features` allows.
+// Calls body(PixelLayout{}, Isa tag) for the depth and order of `image`, with the widest variant that
+// `features` allows.
 template <class Body>
 void dispatchKernel(const ImageBuffer& image, CpuFeatures features, Body&& body) {
-    dispatchLayout(image, [&](auto layout) {
-        using Layout = decltype(layout);
-#if defined(__x86_64__) || defined(__i386__)
-        if (features & CpuFeature::kAvx2) return Detail::runAvx2<Layout>(body);
-        if (features & CpuFeature::kSse41) return Detail::runSse41<Layout>(body);
-        if (features & CpuFeature::kSse2) return Detail::runSse2<Layout>(body);
-#endif
-        body(layout, Isa::Plain{});
+    dispatchLayout(image, [&](auto layout) { Detail::runVariant<decltype(layout)>(features, body); });
+}
+
+// As `dispatchKernel`, for a kernel that treats the four components alike.
+template <class Body>
+void dispatchDepthKernel(const ImageBuffer& image, CpuFeatures features, Body&& body) {
+    withComponentType(image.depth(), [&](auto component) {
+        using T = typename decltype(component)::type;
+        Detail::runVariant<PixelLayout<T, ComponentOrder::Alike>>(features, body);
     });
+}
+
+// Calls body(Isa tag) with the widest variant that `features` allows, for a kernel that reads no image's
+// format.
+template <class Body>
+void dispatchVariant(CpuFeatures features, Body&& body) {
+    auto withoutLayout = [&](auto /*layout*/, auto isa) { body(isa); };
+    Detail::runVariant<PixelLayout<float, ComponentOrder::Alike>>(features, withoutLayout);
 }
 
 }  // namespace Tw::Image

@@ -9,7 +9,9 @@
 // arithmetic with no contraction, so all variants give the same bits.
 #pragma once
 
+#if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>  // declares the processor builtins behind min and max
+#endif
 
 #include <bit>
 #include <cstdint>
@@ -71,17 +73,21 @@ template <int Lanes>
 
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> max(FloatVector<Lanes> a, FloatVector<Lanes> b) {
-    // The processor's maximum gives its second operand wherever the first is not the greater, which is
-    // this choice exactly, NaNs included. Written as a selection, it costs a comparison and a blend.
+    // The x86 maximum gives its second operand wherever the first is not the greater, which is this
+    // choice exactly, NaNs included. Written as a selection, g++ makes it a comparison and a blend there.
+#if defined(__x86_64__) || defined(__i386__)
     if constexpr (Lanes == 8) return __builtin_ia32_maxps256(b, a);
     if constexpr (Lanes == 4) return __builtin_ia32_maxps(b, a);
+#endif
     return a < b ? b : a;
 }
 
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> min(FloatVector<Lanes> a, FloatVector<Lanes> b) {
+#if defined(__x86_64__) || defined(__i386__)
     if constexpr (Lanes == 8) return __builtin_ia32_minps256(b, a);
     if constexpr (Lanes == 4) return __builtin_ia32_minps(b, a);
+#endif
     return a > b ? b : a;
 }
 

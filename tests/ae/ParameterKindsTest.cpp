@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host/ae/EffectMain.h"
-#include "image/graph/FilterPlugin.h"
+#include "plugins/FilterPlugin.h"
 #include "tests/ae/SimulatedHost.h"
 
 namespace Tw::Test::AE {
@@ -28,24 +28,27 @@ struct Readings {
 Readings readings;
 
 struct KindsFilters {
-    static Image::FilterBase<AeHost>& makeFilters(Image::FilterChain<AeHost>& chain, Param::Parameters& params) {
+    static Image::FilterBase<AeHost>& makeFilters(Plugins::FilterChain<AeHost>& chain,
+                                                  Param::Parameters& params) {
         readings = {params.getFloat(0), params.getColor(1), params.getPoint(2), params.getInt(3),
                     params.getString(4)};
         return chain.source();
     }
 };
 
-class KindsPlugin final : public Image::FilterPlugin<AeHost, KindsFilters> {
+class KindsPlugin final : public Plugins::FilterPlugin<AeHost, KindsFilters> {
 public:
     static constexpr bool pixelIndependent = true;
     const char* effectName() const override { return "Kinds"; }
     bool wantsUserChangedParam() const override { return true; }
     void defineParameters(Param::Parameters& list) override {
-        list.records.push_back(Param::ParamRecord::floatSlider("Direction", 30, -360, 360, Param::ParamFlag::Angle));
+        list.records.push_back(
+            Param::ParamRecord::floatSlider("Direction", 30, -360, 360, Param::ParamFlag::Angle));
         list.records.push_back(Param::ParamRecord::color("Tint", {1.0, 0.5, 0.25}));
         list.records.push_back(Param::ParamRecord::point("Centre", {0.5, 0.25}));
         list.records.push_back(Param::ParamRecord::intSlider("Secret", 7, 0, 10, Param::ParamFlag::Hidden));
-        list.records.push_back(Param::ParamRecord::stringPopup("Look", {"Soft", "Medium", "Strong"}, "Medium"));
+        list.records.push_back(
+            Param::ParamRecord::stringPopup("Look", {"Soft", "Medium", "Strong"}, "Medium"));
         list.records.push_back(Param::ParamRecord::floatSlider("After", 1, 0, 2));
     }
 };

@@ -672,7 +672,7 @@ TEST(BlendPlugin, ParametersAndTheNodeTheyMake) {
     ::Tw::Test::BareHost host;
     Layer source(nullptr, {0, 0, 8, 8}), second(nullptr, {2, 2, 4, 4});
     Layer* layers[] = {&second};
-    Image::FilterChain<StandaloneHost> chain(host, source, layers);
+    Plugins::FilterChain<StandaloneHost> chain(host, source, layers);
     const auto& node =
         dynamic_cast<const BlendNode&>(BlendPluginFilters<StandaloneHost>::makeFilters(chain, params));
     EXPECT_EQ(node.mode, Mode::Overlay);

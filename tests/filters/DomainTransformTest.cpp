@@ -12,10 +12,10 @@
 
 #include "host/standalone/Host.h"
 #include "image/filters/retouch/DomainTransformBlurFilter.h"
-#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
+#include "image/graph/StoredVectors.h"
 #include "image/graph/VectorMath.h"
 #include "tests/support/BareHost.h"
 

@@ -374,7 +374,7 @@ std::optional<Radii> radiiFor(int radius, double dx = 1, double dy = 1) {
     effect.defineParameters(params);
     params.setInt(radius, 0);
     Image::FilterLayer<StandaloneHost> source(nullptr, {0, 0, 10, 10});
-    Image::FilterChain<StandaloneHost> chain(effect, source, {});
+    Plugins::FilterChain<StandaloneHost> chain(effect, source, {});
     const auto& node = MinMaxPluginFilters<StandaloneHost, Op>::makeFilters(chain, params);
     if (&node == &source) return std::nullopt;
     const auto& filter = dynamic_cast<const Image::MinMaxFilter<StandaloneHost, Op>&>(node);

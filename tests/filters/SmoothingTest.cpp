@@ -100,7 +100,7 @@ struct Chain {
 
     BareHost host;
     Layer source;
-    Image::FilterChain<Host> chain;
+    Plugins::FilterChain<Host> chain;
     Param::Parameters params;
     Image::FilterBase<Host>* last = nullptr;
 };

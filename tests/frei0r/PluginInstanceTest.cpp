@@ -88,10 +88,10 @@ std::unique_ptr<StandaloneHost> make() {
 }
 
 const EffectEntry kTestEffects[] = {
-    {"LayerProbeEntry", "Probe", EffectInputs::Layers, &make<LayerProbe>},
-    {"FailingEntry", "Failing", EffectInputs::Filter, &make<FailingEffect>},
-    {"FailingSourceEntry", "Failing", EffectInputs::Generator, &make<FailingEffect>},
-    {"GroupedEntry", "Grouped", EffectInputs::Filter, &make<GroupedLabels>},
+    {"LayerProbeEntry", "Probe", EffectInputs::Layers, &make<LayerProbe>, {}, {}},
+    {"FailingEntry", "Failing", EffectInputs::Filter, &make<FailingEffect>, {}, {}},
+    {"FailingSourceEntry", "Failing", EffectInputs::Generator, &make<FailingEffect>, {}, {}},
+    {"GroupedEntry", "Grouped", EffectInputs::Filter, &make<GroupedLabels>, {}, {}},
 };
 
 // Pixels that differ from one to the next in every component.

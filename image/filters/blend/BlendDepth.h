@@ -10,8 +10,8 @@
 #include <type_traits>
 
 #include "image/core/ComponentType.h"
-#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/PixelVector.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 

@@ -11,8 +11,8 @@
 #include "image/filters/blend/BlendModeGroups.h"
 #include "image/filters/blend/BlendModeList.h"
 #include "image/filters/blend/BlendRuns.h"
-#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/KernelDispatch.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 

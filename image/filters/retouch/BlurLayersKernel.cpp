@@ -2,16 +2,16 @@
 
 #include <array>
 
-#include "image/filters/retouch/CoveredRuns.h"
-#include "image/filters/retouch/RetouchVectors.h"
+#include "image/graph/CoveredRuns.h"
 #include "image/graph/KernelDispatch.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 
 void blurLayersBand(ImageBuffer& output, const ImageBuffer& image, const ImageBuffer& blur1,
                     const ImageBuffer& blur2, const PixelRect& band, CpuFeatures features, Progress& progress,
                     float scale1, float scale2) {
-    dispatchKernel(output, features, [&](auto layout, auto isa) {
+    dispatchDepthKernel(output, features, [&](auto layout, auto isa) {
         using T = typename decltype(layout)::Component;
         const std::array<ImageView<T>, 3> ins = {ImageView<T>::of(image), ImageView<T>::of(blur1),
                                                  ImageView<T>::of(blur2)};

@@ -2,15 +2,15 @@
 
 #include <array>
 
-#include "image/filters/retouch/CoveredRuns.h"
-#include "image/filters/retouch/RetouchVectors.h"
+#include "image/graph/CoveredRuns.h"
 #include "image/graph/KernelDispatch.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 
 void differenceBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& b, const PixelRect& band,
                     CpuFeatures features, Progress& progress) {
-    dispatchKernel(output, features, [&](auto layout, auto isa) {
+    dispatchDepthKernel(output, features, [&](auto layout, auto isa) {
         using T = typename decltype(layout)::Component;
         const std::array<ImageView<T>, 2> ins = {ImageView<T>::of(a), ImageView<T>::of(b)};
         forEachCoveredRun<kPixelLanes<decltype(isa)>>(

@@ -5,10 +5,10 @@
 #include <cstring>
 #include <type_traits>
 
-#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "image/graph/PixelSpans.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 
@@ -88,7 +88,7 @@ template <class T, int Lanes>
 template <bool AlongRows>
 void computeDerivative(ImageBuffer& plane, const ImageBuffer& guide, const PixelRect& band,
                        CpuFeatures features, Progress& progress, float scale) {
-    dispatchKernel(guide, features, [&](auto layout, auto isa) {
+    dispatchDepthKernel(guide, features, [&](auto layout, auto isa) {
         using T = typename decltype(layout)::Component;
         constexpr int lanes = kPixelLanes<decltype(isa)>;
         const auto in = ImageView<T>::of(guide);
@@ -143,7 +143,7 @@ void DomainTransformBlurCommon::ComputeTileAddEdges(ImageBuffer& plane, ImageBuf
                                                     Progress& progress, float scale) {
     const ImageBuffer& edges = *inputs[0];
     const ImageBuffer& derivative = *inputs[1];
-    dispatchKernel(edges, features, [&](auto layout, auto isa) {
+    dispatchDepthKernel(edges, features, [&](auto layout, auto isa) {
         using T = typename decltype(layout)::Component;
         constexpr int lanes = kPixelLanes<decltype(isa)>;
         const auto in = ImageView<T>::of(edges);

@@ -43,7 +43,7 @@ void recurseLinesBand(bool alongRows, const ImageBuffer& source, const ImageBuff
     if (band.isEmpty()) return;
     // Each direction has variant functions of its own, holding only the loops that it runs.
     const auto recurse = [&]<bool AlongRows>() {
-        dispatchKernel(source, features, [&](auto layout, auto isa) {
+        dispatchDepthKernel(source, features, [&](auto layout, auto isa) {
             using T = typename decltype(layout)::Component;
             constexpr int lanes = kPixelLanes<decltype(isa)>;
             const FlushTinyResults flushTiny(!std::is_same_v<T, float>);

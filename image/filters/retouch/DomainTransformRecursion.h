@@ -13,7 +13,7 @@
 
 #include <type_traits>
 
-#include "image/filters/retouch/RetouchVectors.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 

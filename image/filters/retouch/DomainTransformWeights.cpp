@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "image/filters/retouch/DomainTransformBlurCommon.h"
-#include "image/filters/retouch/RetouchVectors.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
+#include "image/graph/StoredVectors.h"
 #include "image/graph/VectorMath.h"
 
 namespace Tw::Image {
@@ -37,7 +37,7 @@ template <int Lanes>
 
 void computeWeightsBand(const ImageBuffer& derivative, ImageBuffer& weights, const PixelRect& band,
                         CpuFeatures features, Progress& abortCheck, float a) {
-    dispatchKernel(weights, features, [&](auto /*layout*/, auto isa) {
+    dispatchVariant(features, [&](auto isa) {
         constexpr int lanes = kPixelLanes<decltype(isa)>;
         forEachRow(band, abortCheck, [&](int32_t y) {
             weightsRun<lanes>(planeAt(derivative, band.left, y), planeAt(weights, band.left, y), band.width(),

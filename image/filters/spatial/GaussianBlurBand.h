@@ -1,5 +1,5 @@
-// The definition of blurBand (GaussianBlurPasses.h). Its kernels are many, every depth, component order
-// and processor variant for each size of line group, so each axis compiles in a file of its own
+// The definition of blurBand (GaussianBlurPasses.h). Its kernels are many, every depth and processor
+// variant for each size of line group, so each axis compiles in a file of its own
 // (GaussianBlurRowsPass.cpp, GaussianBlurColumnsPass.cpp), and the two build in parallel.
 #pragma once
 
@@ -54,7 +54,7 @@ void blurBand(const ImageBuffer& source, ImageBuffer& target, const PixelRect& b
     const VectorStorage buffer = VectorStorage::of<PixelValues>(lineBufferEntries(shape.count, groupSize));
     const int32_t white = formatMaximum(target.pixelFormat());
 
-    dispatchKernel(target, features, [&](auto layout, auto /*isa*/) {
+    dispatchDepthKernel(target, features, [&](auto layout, auto /*isa*/) {
         using T = typename decltype(layout)::Component;
         const LineAccess<T, Axis> in{sourceFirst, source.rowStride()};
         const LineAccess<T, Axis> out{targetFirst, target.rowStride()};

@@ -143,7 +143,7 @@ void minMaxColumns(const ImageBuffer& input, ImageBuffer& output, const PixelRec
 template <class Op>
 void minMaxPass(const ImageBuffer& input, ImageBuffer& output, const PixelRect& band, CpuFeatures features,
                 Progress& progress, int32_t radius, bool downColumns) {
-    dispatchKernel(output, features, [&](auto layout, auto isa) {
+    dispatchDepthKernel(output, features, [&](auto layout, auto isa) {
         using T = typename decltype(layout)::Component;
         using Isa = decltype(isa);
         if (downColumns) {

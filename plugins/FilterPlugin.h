@@ -18,7 +18,7 @@
 #include "image/graph/LayerRequest.h"
 #include "image/graph/Scheduler.h"
 
-namespace Tw::Image {
+namespace Tw::Plugins {
 
 namespace Param = ::Tw::Host::Param;
 
@@ -27,9 +27,10 @@ namespace Param = ::Tw::Host::Param;
 template <class Host>
 class FilterChain {
 public:
-    using Node = FilterBase<Host>;
+    using Node = Image::FilterBase<Host>;
 
-    FilterChain(Host& host, FilterLayer<Host>& source, std::span<FilterLayer<Host>* const> layers)
+    FilterChain(Host& host, Image::FilterLayer<Host>& source,
+                std::span<Image::FilterLayer<Host>* const> layers)
         : host_(host), source_(source), layers_(layers) {}
     FilterChain(const FilterChain&) = delete;
     FilterChain& operator=(const FilterChain&) = delete;
@@ -49,18 +50,18 @@ public:
 
     Host& host() { return host_; }
     // The effect's own layer.
-    FilterLayer<Host>& source() { return source_; }
+    Image::FilterLayer<Host>& source() { return source_; }
     // The source of the `ordinal`-th layer parameter, counted from 1; null when the effect has no such
     // parameter or no layer is chosen in it.
-    FilterLayer<Host>* layer(int ordinal) {
+    Image::FilterLayer<Host>* layer(int ordinal) {
         const auto index = static_cast<std::size_t>(ordinal - 1);
         return ordinal >= 1 && index < layers_.size() ? layers_[index] : nullptr;
     }
 
 private:
     Host& host_;
-    FilterLayer<Host>& source_;
-    std::span<FilterLayer<Host>* const> layers_;
+    Image::FilterLayer<Host>& source_;
+    std::span<Image::FilterLayer<Host>* const> layers_;
     std::vector<std::unique_ptr<Node>> nodes_;
 };
 
@@ -70,22 +71,23 @@ public:
     using Host::Host;
 
     // Builds the chain over `in` and evaluates it into `out`.
-    void renderFrame(Param::Parameters& params, ImageBuffer& in, ImageBuffer& out, ImageBuffer& /*aux*/,
-                     LayerImages layers) override {
-        FilterLayer<Host> source(&in);
+    void renderFrame(Param::Parameters& params, Image::ImageBuffer& in, Image::ImageBuffer& out,
+                     Image::ImageBuffer& /*aux*/, Image::LayerImages layers) override {
+        Image::FilterLayer<Host> source(&in);
         LayerSources sources(layers);
         FilterChain<Host> chain(*this, source, sources.nodes);
-        prepareGraph(Filters::makeFilters(chain, params), static_cast<Host&>(*this), out);
+        Image::prepareGraph(Filters::makeFilters(chain, params), static_cast<Host&>(*this), out);
     }
 
     // The region of the effect's own layer needed for `request`, with one request per further layer that
     // the chain reads, appended to `requests`. The layers are taken to extend to `limit`.
-    PixelRect inputRect(Param::Parameters& params, const PixelRect& request, const PixelRect& limit,
-                        std::vector<LayerRequest>& requests) override {
-        FilterLayer<Host> source(nullptr, limit);
+    Image::PixelRect inputRect(Param::Parameters& params, const Image::PixelRect& request,
+                               const Image::PixelRect& limit,
+                               std::vector<Image::LayerRequest>& requests) override {
+        Image::FilterLayer<Host> source(nullptr, limit);
         LayerSources sources(layerCount(params), limit);
         FilterChain<Host> chain(*this, source, sources.nodes);
-        requestRegion(Filters::makeFilters(chain, params), request);
+        Image::requestRegion(Filters::makeFilters(chain, params), request);
         for (std::size_t i = 0; i < sources.nodes.size(); ++i) {
             requests.push_back({static_cast<int>(i) + 1, sources.nodes[i]->outputRect, 0});
         }
@@ -106,8 +108,8 @@ public:
     }
 
     // False when the chain over `rect` is the source itself: the effect has nothing to do.
-    bool chainIsActive(Param::Parameters& params, const PixelRect& rect) {
-        FilterLayer<Host> source(nullptr, rect);
+    bool chainIsActive(Param::Parameters& params, const Image::PixelRect& rect) {
+        Image::FilterLayer<Host> source(nullptr, rect);
         LayerSources sources(layerCount(params), rect);
         FilterChain<Host> chain(*this, source, sources.nodes);
         return &Filters::makeFilters(chain, params) != &source;
@@ -123,22 +125,22 @@ private:
     // Source nodes of the further layers, for one question.
     struct LayerSources {
         // Over images; a layer that is not chosen has no node.
-        explicit LayerSources(LayerImages images) {
-            for (ImageBuffer* image : images)
-                add(image ? std::make_unique<FilterLayer<Host>>(image) : nullptr);
+        explicit LayerSources(Image::LayerImages images) {
+            for (Image::ImageBuffer* image : images)
+                add(image ? std::make_unique<Image::FilterLayer<Host>>(image) : nullptr);
         }
         // Over rectangles alone, before any image exists.
-        LayerSources(std::size_t count, const PixelRect& limit) {
+        LayerSources(std::size_t count, const Image::PixelRect& limit) {
             for (std::size_t i = 0; i < count; ++i)
-                add(std::make_unique<FilterLayer<Host>>(nullptr, limit));
+                add(std::make_unique<Image::FilterLayer<Host>>(nullptr, limit));
         }
-        void add(std::unique_ptr<FilterLayer<Host>> node) {
+        void add(std::unique_ptr<Image::FilterLayer<Host>> node) {
             nodes.push_back(node.get());
             owned.push_back(std::move(node));
         }
-        std::vector<std::unique_ptr<FilterLayer<Host>>> owned;
-        std::vector<FilterLayer<Host>*> nodes;
+        std::vector<std::unique_ptr<Image::FilterLayer<Host>>> owned;
+        std::vector<Image::FilterLayer<Host>*> nodes;
     };
 };
 
-}  // namespace Tw::Image
+}  // namespace Tw::Plugins

@@ -1,6 +1,7 @@
-// Vector helpers shared by the retouching kernels, on top of PixelVector.h. Like everything there they
-// are exact lane-wise IEEE arithmetic and exact integer moves, so a vector of 8 lanes, one of 4 and a
-// single pixel give the same bits, which is what lets a kernel mix widths at the ends of a line.
+// Vector helpers for kernels that move components between memory and float lanes, on top of
+// PixelVector.h. Like everything there they are exact lane-wise IEEE arithmetic and exact integer moves,
+// so a vector of 8 lanes, one of 4 and a single pixel give the same bits, which is what lets a kernel mix
+// widths at the ends of a line.
 //
 // Integer components travel between memory and the float lanes in the low part of a 16-byte vector
 // (`Stored`), widened and narrowed one step at a time: vectors of 4 or 8 narrow components are no native
