@@ -143,22 +143,6 @@ TEST(Balance, NeutralSettingsCopyOrClamp) {
               (Pixel{expected(stretch, 1.5, 32), 0, expected(stretch, 0, 32), 2}));
 }
 
-TEST(Balance, EveryProcessorVariantGivesTheSameBits) {
-    std::vector<Pixel> fractions;
-    for (int i = 0; i < 37; ++i)
-        fractions.push_back({i / 36.0, (36 - i) / 36.0, (i * 7 % 37) / 36.0, 0.5});
-    const Image::CpuFeatures variants[] = {~0u, ~Image::CpuFeature::kAvx2,
-                                           ~(Image::CpuFeature::kAvx2 | Image::CpuFeature::kSse41), 0u};
-    for (const PixelFormat format : kFormats) {
-        for (const Settings& s : {Settings{10, 90, 5, 95, 1, true}, Settings{10, 90, 5, 95, 2.2, false}}) {
-            const auto in = inUnits(fractions, format);
-            const auto reference = render(s, in, format, variants[0]);
-            for (const auto mask : variants)
-                EXPECT_EQ(render(s, in, format, mask), reference) << std::hex << mask;
-        }
-    }
-}
-
 TEST(Balance, AnInputSmallerThanTheOutputReadsAsTransparentBlack) {
     BalancePlugin<StandaloneHost> effect;
     Param::Parameters params;

@@ -357,24 +357,6 @@ TEST(DomainTransformSigmas, EachIterationTakesItsShareWidestFirst) {
     EXPECT_EQ(small.params.sigmaR, 0.001f);
 }
 
-TEST(DomainTransformDeterminism, EveryVariantAndThreadCountGivesTheSameBits) {
-    const PixelRect frame{0, 0, 141, 83};
-    const CpuFeatures variants[] = {~CpuFeature::kAvx2, ~(CpuFeature::kAvx2 | CpuFeature::kSse41), 0u};
-    for (const PixelFormat format : kFormats) {
-        ImageBuffer image = imageOf(randomPixels(frame, formatDepth(format), 21), format);
-        for (const PixelRect& request : {frame, PixelRect{40, 17, 117, 64}}) {
-            const Pixels reference = render(image, {6, 4, 0.15f, 3}, request, {.threads = 1});
-            for (const uint32_t threads : {2u, 3u, 8u})
-                EXPECT_TRUE(render(image, {6, 4, 0.15f, 3}, request, {.threads = threads}) == reference)
-                    << threads;
-            for (const CpuFeatures mask : variants)
-                EXPECT_TRUE(render(image, {6, 4, 0.15f, 3}, request, {.featureMask = mask, .threads = 3}) ==
-                            reference)
-                    << std::hex << mask;
-        }
-    }
-}
-
 TEST(DomainTransformGraph, NoReachOrNoIterationsPassesTheInputThrough) {
     const Pixels pixels = randomPixels({0, 0, 6, 5}, 32, 3);
     ImageBuffer image = imageOf(pixels, fourCC("ae32"));
@@ -417,33 +399,6 @@ TEST(DomainTransformGraph, SplitPassesMakesThePlanesItsInputs) {
             EXPECT_EQ(std::count(input.consumers.begin(), input.consumers.end(), &blur), 1);
         }
     }
-}
-
-TEST(DomainTransformGraph, NodeOperations) {
-    ImageBuffer image;
-    image.allocate({0, 0, 8, 8}, fourCC("argb"));
-    Layer layer(&image);
-    Blur blur(layer, {3, 4, 0.5f, 3}, true), same(layer, {3, 4, 0.5f, 3}, true);
-    EXPECT_STREQ(blur.name(), "domainTransformBlur");
-    EXPECT_STREQ(blur.dyNode.name(), "domainTransformBlur DY");
-    EXPECT_STREQ(blur.addEdgesX.name(), "domainTransformBlur AddEdges");
-    EXPECT_STREQ(blur.planarIn.name(), "domainTransformBlur Planar");
-    EXPECT_EQ(blur.passCount(), 6);
-    EXPECT_TRUE(blur.canRunInPlace(0) && !blur.canRunInPlace(1) && !blur.dxNode.canRunInPlace(0));
-    EXPECT_THROW(blur.computeTile({0, 0, 1, 1}, 0, 1), Tw::Exception);
-    EXPECT_THROW(blur.planarOut.computeTile({0, 0, 1, 1}, 0, 1), Tw::Exception);
-    ImageDescriptor format;
-    format.formatIndex = ImageDescriptor::Int16;
-    EXPECT_EQ(blur.addEdgesY.outputFormat(format).channels, 1u);
-    EXPECT_EQ(blur.addEdgesY.outputFormat(format).formatIndex, ImageDescriptor::Float32);
-    EXPECT_EQ(blur.scratchBytes(nullptr, {0, 0, 10, 3}, format), 30u * (8 * 2 + 4));
-    EXPECT_TRUE(blur.equals(same));
-    same.edgeScale = 0.5f;
-    EXPECT_FALSE(blur.equals(same));
-    // Planes of two scales over one guide must not merge: each blur keeps its own.
-    blur.dxNode.scale = 1;
-    same.dxNode.scale = 2;
-    EXPECT_FALSE(blur.dxNode.equals(same.dxNode));
 }
 
 }  // namespace

@@ -287,22 +287,6 @@ TEST(GaussianBlur, DerivativesSeeEdgesAsSteps) {
 
 // ---- Radii ----
 
-TEST(Blur, RadiusParameter) {
-    BlurPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    ASSERT_EQ(params.records.size(), 1u);
-    const Param::ParamRecord& radius = params.records[0];
-    EXPECT_EQ(radius.label, "Radius");
-    EXPECT_EQ(radius.kind, Param::ParamKind::FloatSlider);
-    EXPECT_EQ(radius.defaultValue.asFloat(), 10);
-    EXPECT_EQ(radius.sliderMin.asFloat(), 0);
-    EXPECT_EQ(radius.sliderMax.asFloat(), 30);
-    EXPECT_EQ(radius.validMin.asFloat(), 0);
-    EXPECT_EQ(radius.validMax.asFloat(), 200);
-    EXPECT_EQ(radius.flags, 0u);
-}
-
 TEST(Blur, TinyRadiiLeaveThePictureAlone) {
     BlurPlugin<StandaloneHost> effect;
     Param::Parameters params;
@@ -346,20 +330,6 @@ TEST(GaussianBlurNode, ReachesThreeAndAHalfSigmasWithinItsInput) {
     const BlurNode open(unbounded, 0.5f, 10, 0, 0, 0);
     EXPECT_EQ(open.inputRect({0, 0, 10, 10}, 0), (PixelRect{-2, -35, 12, 45}));
     EXPECT_TRUE(open.inputRect(PixelRect::infinite(), 0).isInfinite());
-}
-
-TEST(GaussianBlurNode, IdentityAndEquality) {
-    Layer layer(nullptr, {0, 0, 10, 10});
-    EXPECT_EQ(BlurNode(layer, 0.001f, 0.0005f, 0, 0, 0).passThroughInput(), 0);
-    EXPECT_EQ(BlurNode(layer, 0.001f, 0.0005f, 0, 1, 0).passThroughInput(), -1);
-    EXPECT_EQ(BlurNode(layer, 0.002f, 0, 0, 0, 0).passThroughInput(), -1);
-
-    const BlurNode a(layer, 2, 3, 0, 0, 1);
-    EXPECT_TRUE(a.equals(BlurNode(layer, 2, 3, 0, 0, 1)));
-    EXPECT_FALSE(a.equals(BlurNode(layer, 2, 3, 0, 1, 1)));
-    EXPECT_FALSE(a.equals(BlurNode(layer, 2, 3.5f, 0, 0, 1)));
-    const BlurNode nan(layer, NAN, 3, 0, 0, 1);
-    EXPECT_FALSE(nan.equals(nan));
 }
 
 TEST(GaussianBlurNode, TwoInSeriesFoldIntoOne) {
@@ -430,36 +400,6 @@ TEST(GaussianBlur, EveryDepthAndOrderGivesTheSamePicture) {
     }
 }
 
-TEST(GaussianBlur, EveryProcessorVariantAndThreadCountGivesTheSameBits) {
-    const Image::CpuFeatures variants[] = {~Image::CpuFeature::kAvx2,
-                                           ~(Image::CpuFeature::kAvx2 | Image::CpuFeature::kSse41), 0u};
-    for (const PixelFormat format : kFormats) {
-        // Sizes that leave line groups of every width.
-        ImageBuffer in = makeImage({0, 0, 63, 47}, format, testPattern);
-        const std::vector<double> reference = fractionsOf(renderBlur(in, 3.7, {.threadCount = 1}));
-        for (const auto mask : variants)
-            EXPECT_EQ(fractionsOf(renderBlur(in, 3.7, {.featureMask = mask})), reference) << std::hex << mask;
-        for (const uint32_t threads : {2u, 3u, 8u})
-            EXPECT_EQ(fractionsOf(renderBlur(in, 3.7, {.threadCount = threads})), reference) << threads;
-    }
-}
-
-// A part of the frame reads the source as far as the blur reaches; where that reach covers the whole
-// source, the lines are the same as for the whole frame and so are the pixels.
-TEST(GaussianBlur, PartOfTheFrameMatchesTheWholeFrame) {
-    ImageBuffer in = makeImage({0, 0, 80, 60}, fourCC("argb"), testPattern);
-    const ImageBuffer whole = renderBlur(in, 4);  // reaches 14 pixels
-    const PixelRect near{12, 10, 70, 48}, inside{30, 25, 50, 35};
-    for (const PixelRect& part : {near, inside}) {
-        const ImageBuffer out = renderBlur(in, 4, {.outputRect = part});
-        for (int y = part.top; y < part.bottom; ++y)
-            for (int x = part.left; x < part.right; ++x)
-                for (int c = 0; c < 4; ++c)
-                    ASSERT_NEAR(fractionAt(out, x, y, c), fractionAt(whole, x, y, c),
-                                part == near ? 0 : 1.01 / 255);
-    }
-}
-
 // The node unsplit runs both passes itself, through a temporary, and may write over its input.
 TEST(GaussianBlur, TheUnsplitNodeGivesTheSplitGraphsPixelsEvenInPlace) {
     for (const PixelFormat format : {fourCC("argb"), fourCC("BGra")}) {
@@ -484,22 +424,6 @@ TEST(GaussianBlur, OutputBeyondTheInputIsTransparentBlack) {
     EXPECT_EQ(fractionAt(out, 35, 15, 3), 0.0);
     EXPECT_EQ(fractionAt(out, 20, 2, 1), 0.0);
     EXPECT_NEAR(fractionAt(out, 12, 8, 2), 0.5, 1e-3);
-}
-
-TEST(GaussianBlur, ACancelledRenderStops) {
-    BlurPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    std::vector<uint64_t> reports;
-    effect.setProgressCallback([&](uint64_t done, uint64_t total) {
-        reports.push_back(done * 1000 / total);
-        return reports.size() < 3;
-    });
-    ImageBuffer in = makeImage({0, 0, 64, 200}, fourCC("argb"), testPattern);
-    ImageBuffer out;
-    out.allocate(in.rect, in.pixelFormat());
-    EXPECT_EQ(effect.render(params, in, out), Tw::Host::Standalone::ErrorCode::kInterrupted);
-    EXPECT_EQ(reports.size(), 3u);
 }
 
 }  // namespace

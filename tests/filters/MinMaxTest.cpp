@@ -237,39 +237,6 @@ TEST(MinMaxValues, FloatsBeyondZeroToOneAreKept) {
 
 // Sameness.
 
-TEST(MinMaxSameness, EveryProcessorVariantAndThreadCountGivesTheSameBits) {
-    const RenderSetup setups[] = {
-        {~CpuFeature::kAvx2, 0}, {~(CpuFeature::kAvx2 | CpuFeature::kSse41), 2}, {0u, 3}, {~0u, 1}, {~0u, 7}};
-    const auto expectSame = [&]<class Op>(const ImageBuffer& input, int rx, int ry) {
-        const auto reference = render<Op>(input, rx, ry, input.rect);
-        for (const RenderSetup& setup : setups)
-            EXPECT_EQ(firstDifference(render<Op>(input, rx, ry, input.rect, setup), reference, input.rect),
-                      "")
-                << Op::name << " depth " << input.depth() << " features " << std::hex << setup.featureMask
-                << std::dec << " threads " << setup.threads;
-    };
-    for (const PixelFormat format : kFormats) {
-        const ImageBuffer input = randomImage({0, 0, 70, 45}, format, 3);
-        expectSame.operator()<MaxOp>(input, 1, 3);
-        expectSame.operator()<MinOp>(input, 6, 9);
-    }
-}
-
-TEST(MinMaxSameness, APartOfTheFrameEqualsTheWholeFrameThere) {
-    // Off centre, so that the last radii reach past one end of the frame from the part and not past the
-    // other.
-    const PixelRect part{11, 4, 47, 30};
-    for (const PixelFormat format : kFormats) {
-        const ImageBuffer input = randomImage({0, 0, 64, 36}, format, 5);
-        for (const auto& [rx, ry] : {std::pair{1, 2}, std::pair{5, 8}, std::pair{50, 30}}) {
-            const ImageBuffer whole = imageOf(input.rect, format, render<MinOp>(input, rx, ry, input.rect));
-            ImageBuffer inside;
-            inside.viewOf(whole, part);
-            EXPECT_EQ(firstDifference(render<MinOp>(input, rx, ry, part), componentsOf(inside), part), "");
-        }
-    }
-}
-
 // Graph operations.
 
 TEST(MinMaxNode, RegionsGrowByTheRadiiWithinTheInput) {
@@ -282,26 +249,6 @@ TEST(MinMaxNode, RegionsGrowByTheRadiiWithinTheInput) {
     FilterLayer<StandaloneHost> endless(nullptr, PixelRect::infinite());
     EXPECT_TRUE(MaxFilter(endless, 4, 2).inputRect(PixelRect::infinite(), 0).isInfinite());
     EXPECT_EQ(MaxFilter(endless, 4, 2).inputRect({0, 0, 1, 1}, 0), (PixelRect{-4, -2, 5, 3}));
-}
-
-TEST(MinMaxNode, SettingsAndEquality) {
-    FilterLayer<StandaloneHost> layer(nullptr, {0, 0, 10, 10});
-    EXPECT_STREQ(MaxFilter(layer, 1, 1).name(), "maxFilter");
-    EXPECT_STREQ(MinFilter(layer, 1, 1).name(), "minFilter");
-    EXPECT_EQ(MaxFilter(layer, 0, 0).passThroughInput(), 0);
-    EXPECT_EQ(MaxFilter(layer, 0, 1).passThroughInput(), -1);
-    EXPECT_EQ(MaxFilter(layer, 1, 1).tileFlags(), 2);
-    EXPECT_EQ(MaxFilter(layer, 2, 1).tileFlags(), 0);
-    EXPECT_TRUE(MaxFilter(layer, 3, 2).equals(MaxFilter(layer, 3, 2)));
-    EXPECT_FALSE(MaxFilter(layer, 3, 2).equals(MaxFilter(layer, 2, 3)));
-    EXPECT_FALSE(MaxFilter(layer, 3, 2).equals(MinFilter(layer, 3, 2)));
-    MaxFilter vertical(layer, 3, 2);
-    vertical.stage = MaxFilter::VerticalPass;
-    EXPECT_FALSE(vertical.equals(MaxFilter(layer, 3, 2)));
-    // The unsplit node holds a temporary of its output's size; a single pass holds none.
-    const ImageDescriptor float32{4, 1, ImageDescriptor::Float32};
-    EXPECT_EQ(MaxFilter(layer, 3, 2).scratchBytes(nullptr, {0, 0, 10, 5}, float32), 10u * 5 * 16);
-    EXPECT_EQ(vertical.scratchBytes(nullptr, {0, 0, 10, 5}, float32), 0u);
 }
 
 TEST(MinMaxNode, BoxesInSeriesFoldIntoOneWithSummedRadii) {
@@ -381,23 +328,6 @@ std::optional<Radii> radiiFor(int radius, double dx = 1, double dy = 1) {
     return Radii{filter.xRadius, filter.yRadius};
 }
 
-TEST(MinMaxEffect, OneRadiusSliderNamedAlikeForBoth) {
-    MaxPlugin<StandaloneHost> max;
-    Param::Parameters params;
-    max.defineParameters(params);
-    ASSERT_EQ(params.records.size(), 1u);
-    const Param::ParamRecord& radius = params.records[0];
-    EXPECT_EQ(radius.label, "Radius");
-    EXPECT_EQ(radius.kind, Param::ParamKind::IntSlider);
-    EXPECT_EQ(radius.defaultValue.asInt(), 10);
-    EXPECT_EQ(radius.sliderMin.asInt(), 0);
-    EXPECT_EQ(radius.sliderMax.asInt(), 30);
-    EXPECT_EQ(radius.validMin.asInt(), 0);
-    EXPECT_EQ(radius.validMax.asInt(), 100);
-    EXPECT_STREQ(max.effectName(), "MinMax");
-    EXPECT_STREQ(MinPlugin<StandaloneHost>::displayName, "MinMax");
-}
-
 TEST(MinMaxEffect, RadiusZeroGivesNoNodeAndDownsamplingScalesEachAxis) {
     EXPECT_EQ(radiiFor<Image::MaxOp>(0), std::nullopt);
     EXPECT_EQ(radiiFor<Image::MinOp>(0), std::nullopt);
@@ -429,25 +359,6 @@ TEST(MinMaxEffect, BothEntriesRenderTheirBox) {
                                          Image::bruteForce(input, input.rect, 4, 2, max), input.rect),
                   "")
             << (max ? "max" : "min");
-    }
-}
-
-TEST(MinMaxEffect, ReportsProgressAndStopsWhenCancelled) {
-    const Image::ImageBuffer input = Image::randomImage({0, 0, 64, 80}, Image::fourCC("argb"), 17);
-    for (const bool cancel : {false, true}) {
-        MinPlugin<StandaloneHost> effect;
-        int reports = 0;
-        effect.setProgressCallback([&](uint64_t, uint64_t) {
-            ++reports;
-            return !cancel;
-        });
-        Param::Parameters params;
-        effect.defineParameters(params);
-        Image::ImageBuffer in = Image::imageOf(input.rect, input.pixelFormat(), Image::componentsOf(input));
-        Image::ImageBuffer out;
-        out.allocate(input.rect, input.pixelFormat());
-        EXPECT_EQ(effect.render(params, in, out), cancel ? 517 : 0);
-        EXPECT_GE(reports, 1);
     }
 }
 

@@ -105,31 +105,6 @@ struct Chain {
     Image::FilterBase<Host>* last = nullptr;
 };
 
-TEST(SmoothingEffect, DeclaresItsParametersInHostOrder) {
-    SmoothingPlugin<Host> effect;
-    EXPECT_STREQ(effect.effectName(), "Smoothing");
-    Param::Parameters params;
-    effect.defineParameters(params);
-    ASSERT_EQ(params.records.size(), 4u);
-    EXPECT_EQ(params.records[0].label, "Locked");
-    EXPECT_EQ(params.records[0].kind, Param::ParamKind::Checkbox);
-    EXPECT_FALSE(params.getBool(0));
-    const std::tuple<const char*, double, double, double, uint32_t> sliders[] = {
-        {"Smoothing Amount", 30, 0, 200, 4},
-        {"Skin Detail Smoothing", 40, -400, 100, 0},
-        {"Contrast Enhance", 25, 0, 100, 0}};
-    for (int i = 1; i <= 3; ++i) {
-        const auto& [label, value, min, max, flags] = sliders[i - 1];
-        const auto& record = params.records[i];
-        EXPECT_EQ(record.label, label);
-        EXPECT_EQ(record.kind, Param::ParamKind::FloatSlider);
-        EXPECT_EQ(params.getFloat(i), value);
-        EXPECT_EQ(record.sliderMin.asFloat(), min);
-        EXPECT_EQ(record.validMax.asFloat(), max);
-        EXPECT_EQ(record.flags, flags);
-    }
-}
-
 TEST(SmoothingGraph, TheDefaultsMakeTwoBlursWithContrastEdgesOnTheFirst) {
     Chain chain({});
     Layers& layers = chain.layers();
@@ -224,7 +199,7 @@ std::vector<float> composed(ImageBuffer& in, const Settings& s) {
     return out;
 }
 
-TEST(SmoothingPixels, TheMixOfTheTwoBlursAtEveryDepthVariantAndThreadCount) {
+TEST(SmoothingPixels, TheMixOfTheTwoBlursAtEveryDepth) {
     for (const PixelFormat format : {fourCC("argb"), fourCC("ae16"), fourCC("ae32"), fourCC("bgra")}) {
         ImageBuffer in = randomImage({0, 0, 37, 29}, format, 9);
         for (const Settings& s : {Settings{.amount = 5}, Settings{.amount = 3, .detail = -400, .contrast = 0},
@@ -233,7 +208,6 @@ TEST(SmoothingPixels, TheMixOfTheTwoBlursAtEveryDepthVariantAndThreadCount) {
                                             << s.detail << " " << s.contrast);
             const std::vector<float> expected = composed(in, s);
             EXPECT_EQ(render(s, in), expected);
-            EXPECT_EQ(render(s, in, 0, 3), expected);
         }
     }
 }
@@ -251,23 +225,6 @@ TEST(SmoothingPixels, HoldsAtMostSixFramesBeyondItsInputAndOutput) {
         ASSERT_EQ(effect.render(params, in, out), 0);
         EXPECT_LE(effect.peakBytes(), 6 * in.rowStride() * 240) << Image::formatDepth(format) << " bits";
     }
-}
-
-TEST(SmoothingBlurLayersNode, PassThroughAndEquality) {
-    ImageBuffer in = randomImage({0, 0, 4, 4}, fourCC("argb"), 1);
-    Layer source(&in);
-    const Image::DomainTransformParams wide{3, 3, 0.4f, 3}, narrow{3, 3, 0.1f, 3};
-    Layers layers(source, wide, narrow, 0, 0.5f);
-    EXPECT_STREQ(layers.name(), "blurLayers");
-    EXPECT_TRUE(layers.canRunInPlace(0) && !layers.canRunInPlace(1));
-    EXPECT_TRUE(layers.textureBlurA.guideIsInput1 && layers.textureBlurB.guideIsInput1);
-    EXPECT_EQ(layers.passThroughInput(), -1);
-    EXPECT_EQ(Layers(source, wide, narrow, 0, 0).passThroughInput(), 1);
-    EXPECT_EQ(Layers(source, wide, narrow, 1, 1).passThroughInput(), 0);
-    EXPECT_EQ(Layers(source, wide, narrow, 1, 0).passThroughInput(), -1);
-    EXPECT_TRUE(layers.equals(Layers(source, narrow, wide, 0, 0.5f)));
-    EXPECT_FALSE(layers.equals(Layers(source, wide, narrow, 0, 0.25f)));
-    EXPECT_FALSE(Layers(source, wide, narrow, NAN, 1).equals(Layers(source, wide, narrow, NAN, 1)));
 }
 
 TEST(SmoothingDifferenceNode, AbsoluteDifferenceOverTheCommonBounds) {
