@@ -1,6 +1,8 @@
 #include "image/filters/retouch/DomainTransformPass.h"
 
+#if defined(__x86_64__) || defined(__i386__)
 #include <xmmintrin.h>
+#endif
 
 #include <type_traits>
 
@@ -23,16 +25,31 @@ namespace {
 // it again. Float images keep their tiny values, so they run without this.
 class FlushTinyResults {
 public:
-    explicit FlushTinyResults(bool flush) : saved_(_mm_getcsr()) {
-        if (flush) _mm_setcsr(saved_ | kFlushToZero);
+    explicit FlushTinyResults(bool flush) : saved_(read()) {
+        if (flush) write(saved_ | kFlushToZero);
     }
-    ~FlushTinyResults() { _mm_setcsr(saved_); }
+    ~FlushTinyResults() { write(saved_); }
     FlushTinyResults(const FlushTinyResults&) = delete;
     FlushTinyResults& operator=(const FlushTinyResults&) = delete;
 
 private:
-    static constexpr unsigned kFlushToZero = 0x8000;
-    unsigned saved_;
+#if defined(__x86_64__) || defined(__i386__)
+    using Word = unsigned;
+    static constexpr Word kFlushToZero = 0x8000;  // MXCSR.FTZ
+    static Word read() { return _mm_getcsr(); }
+    static void write(Word word) { _mm_setcsr(word); }
+#elif defined(__aarch64__)
+    using Word = unsigned long;
+    static constexpr Word kFlushToZero = 1ul << 24;  // FPCR.FZ
+    static Word read() { return __builtin_aarch64_get_fpcr64(); }
+    static void write(Word word) { __builtin_aarch64_set_fpcr64(word); }
+#else
+    using Word = unsigned;
+    static constexpr Word kFlushToZero = 0;
+    static Word read() { return 0; }
+    static void write(Word) {}
+#endif
+    Word saved_;
 };
 
 }  // namespace
