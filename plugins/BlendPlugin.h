@@ -72,7 +72,7 @@ struct BlendPluginFilters {
     // Without a second layer, or with one that has no pixels, the effect's own layer passes through,
     // whatever the mode.
     static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
-        Image::FilterLayer<Host>* top = chain.layer(1);
+        Image::FilterBase<Host>* top = chain.layer(1);
         if (!top || top->bounds().isEmpty()) return chain.source();
         const int32_t mode = params.getInt(BlendParam::Mode);
         const auto opacity = static_cast<float>(params.getFloat(BlendParam::Opacity) / 100.0);

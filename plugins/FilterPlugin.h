@@ -29,13 +29,17 @@ class FilterChain {
 public:
     using Node = Image::FilterBase<Host>;
 
-    FilterChain(Host& host, Image::FilterLayer<Host>& source,
-                std::span<Image::FilterLayer<Host>* const> layers)
-        : host_(host), source_(source), layers_(layers) {}
+    // `layers` are the nodes that stand for the effect's further layers: their sources, or the last node
+    // of another effect's chain where one effect feeds another within one graph.
+    FilterChain(Host& host, Image::FilterLayer<Host>& source, std::span<Node* const> layers)
+        : host_(host), source_(source), layers_(layers), nodes_(&ownNodes_) {}
+    // The same question with other further layers: the nodes it adds live as long as `owner`'s.
+    FilterChain(FilterChain& owner, std::span<Node* const> layers)
+        : host_(owner.host_), source_(owner.source_), layers_(layers), nodes_(owner.nodes_) {}
     FilterChain(const FilterChain&) = delete;
     FilterChain& operator=(const FilterChain&) = delete;
     ~FilterChain() {
-        for (auto& node : nodes_)
+        for (auto& node : ownNodes_)
             node.reset();
     }
 
@@ -44,16 +48,16 @@ public:
     NodeType& add(Arguments&&... arguments) {
         auto node = std::make_unique<NodeType>(std::forward<Arguments>(arguments)...);
         NodeType& added = *node;
-        nodes_.push_back(std::move(node));
+        nodes_->push_back(std::move(node));
         return added;
     }
 
     Host& host() { return host_; }
     // The effect's own layer.
     Image::FilterLayer<Host>& source() { return source_; }
-    // The source of the `ordinal`-th layer parameter, counted from 1; null when the effect has no such
+    // The node of the `ordinal`-th layer parameter, counted from 1; null when the effect has no such
     // parameter or no layer is chosen in it.
-    Image::FilterLayer<Host>* layer(int ordinal) {
+    Node* layer(int ordinal) {
         const auto index = static_cast<std::size_t>(ordinal - 1);
         return ordinal >= 1 && index < layers_.size() ? layers_[index] : nullptr;
     }
@@ -61,8 +65,9 @@ public:
 private:
     Host& host_;
     Image::FilterLayer<Host>& source_;
-    std::span<Image::FilterLayer<Host>* const> layers_;
-    std::vector<std::unique_ptr<Node>> nodes_;
+    std::span<Node* const> layers_;
+    std::vector<std::unique_ptr<Node>> ownNodes_;
+    std::vector<std::unique_ptr<Node>>* nodes_;
 };
 
 template <class Host, class Filters>
@@ -139,7 +144,7 @@ private:
             owned.push_back(std::move(node));
         }
         std::vector<std::unique_ptr<Image::FilterLayer<Host>>> owned;
-        std::vector<Image::FilterLayer<Host>*> nodes;
+        std::vector<Image::FilterBase<Host>*> nodes;
     };
 };
 

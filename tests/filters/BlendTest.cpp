@@ -315,17 +315,6 @@ std::vector<Pixel> blend(int mode, float opacity, ImageBuffer& base, ImageBuffer
     return pixelsOf(blendImage(mode, opacity, base, top));
 }
 
-// The bytes of an image's pixels, row after row, NaN payloads and signs of zero included.
-std::vector<std::byte> bytesOf(const ImageBuffer& image) {
-    std::vector<std::byte> bytes;
-    const auto rowBytes = static_cast<std::size_t>(image.rect.width() * image.bytesPerPixel());
-    for (int y = image.rect.top; y < image.rect.bottom; ++y) {
-        const std::byte* row = image.pixelAddress(image.rect.left, y);
-        bytes.insert(bytes.end(), row, row + rowBytes);
-    }
-    return bytes;
-}
-
 double whiteOf(int depth) {
     return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
 }
@@ -520,38 +509,7 @@ TEST(BlendOwnRules, NormalBehindAlphaAddAndLuminescentPremul) {
               (Pixel{0.5, 0.625, 0.5, 1}));
 }
 
-// ---- Variants, layers, bounds, names ----
-
-// The pixels laid over `rect`, each row starting at another of them.
-ImageBuffer gridOf(const std::vector<Pixel>& pixels, PixelFormat format, const PixelRect& rect) {
-    std::vector<Pixel> row;
-    ImageBuffer image;
-    image.allocate(rect, format);
-    for (int y = rect.top; y < rect.bottom; ++y) {
-        row.clear();
-        for (int x = 0; x < rect.width(); ++x)
-            row.push_back(pixels[static_cast<std::size_t>(x + 7 * y) % pixels.size()]);
-        image.copyFrom(imageOf(row, format, rect.left, y));
-    }
-    return image;
-}
-
-TEST(Blend, EveryProcessorVariantAndThreadCountGivesTheSameBits) {
-    const Image::CpuFeatures variants[] = {~0u, ~Image::CpuFeature::kAvx2,
-                                           ~(Image::CpuFeature::kAvx2 | Image::CpuFeature::kSse41), 0u};
-    for (const PixelFormat format : kFormats) {
-        const auto [basePixels, topPixels] = pixelPairs(Image::formatDepth(format));
-        // A top that overlaps the base in part, on rows of odd widths.
-        ImageBuffer base = gridOf(basePixels, format, {0, 0, 29, 9});
-        ImageBuffer top = gridOf(topPixels, format, {13, 4, 40, 20});
-        for (int mode = 0; mode < Image::kBlendModeCount; ++mode) {
-            const auto reference = bytesOf(blendImage(mode, 0.8f, base, top, {variants[0], 1}));
-            for (const auto mask : variants)
-                EXPECT_TRUE(bytesOf(blendImage(mode, 0.8f, base, top, {mask, 3})) == reference)
-                    << mode << " " << std::hex << mask;
-        }
-    }
-}
+// ---- Layers and bounds ----
 
 TEST(Blend, InputsKeepTheirPlacesAndReadAsTransparentOutsideThem) {
     // A base of 6 x 3 at (0, 0) and a top of 2 x 1 at (3, 1).
@@ -606,25 +564,6 @@ TEST(BlendFilter, BoundsFollowTheModeAndTheSelection) {
     EXPECT_TRUE(node.inputRect({30, 30, 40, 40}, 1).isEmpty());
 }
 
-TEST(BlendFilter, NamesAndEquality) {
-    Layer base(nullptr, {0, 0, 4, 4}), top(nullptr, {0, 0, 4, 4});
-    const std::pair<int, const char*> names[] = {
-        {0, "Normal"},   {4, "ClassicColorBurn"}, {26, "Hue"},    {35, "LuminescentPremul"},
-        {40, "Phoenix"}, {41, "Behind"},          {42, "Behind"}, {-1, "Behind"}};
-    for (const auto& [mode, name] : names)
-        EXPECT_STREQ(BlendNode(base, top, mode, 1).name(), name) << mode;
-    const BlendNode half(base, top, Mode::Screen, 0.5f);
-    EXPECT_TRUE(half.equals(BlendNode(base, top, Mode::Screen, 0.5f)));
-    EXPECT_FALSE(half.equals(BlendNode(base, top, Mode::Screen, 0.25f)));
-    EXPECT_FALSE(half.equals(BlendNode(base, top, Mode::Multiply, 0.5f)));
-    EXPECT_FALSE(BlendNode(base, top, 0, NAN).equals(BlendNode(base, top, 0, NAN)));
-
-    // A number outside the table blends as Normal.
-    ImageBuffer b = imageOf({{10, 20, 30, 255}}, fourCC("argb")),
-                t = imageOf({{90, 80, 70, 255}}, fourCC("argb"));
-    EXPECT_EQ(blend(57, 0.5f, b, t), blend(Mode::Normal, 0.5f, b, t));
-}
-
 // ---- The effect ----
 
 std::vector<Pixel> renderEffect(int mode, double opacityPercent, ImageBuffer& in, ImageBuffer* layer) {
@@ -649,35 +588,6 @@ TEST(BlendPlugin, WithoutASecondLayerTheInputPassesThrough) {
         EXPECT_EQ(renderEffect(mode, 40, in, nullptr), pixels) << mode;
         EXPECT_EQ(renderEffect(mode, 40, in, &empty), pixels) << mode;
     }
-}
-
-TEST(BlendPlugin, ParametersAndTheNodeTheyMake) {
-    BlendPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    ASSERT_EQ(params.records.size(), 3u);
-    EXPECT_EQ(params.records[0].kind, Param::ParamKind::Layer);
-    EXPECT_EQ(params.records[1].label, "Blend Mode");
-    EXPECT_EQ(params.records[1].items.size(), 41u);
-    for (int mode = 0; mode < 41; ++mode) {
-        std::string label = params.records[1].items[static_cast<std::size_t>(mode)];
-        label.erase(std::remove(label.begin(), label.end(), ' '), label.end());
-        EXPECT_EQ(label, Image::kBlendModeNames[static_cast<std::size_t>(mode)]);
-    }
-    EXPECT_TRUE(params.records[2].hasFlag(Param::ParamFlag::Percent));
-
-    // Opacity is divided by 100 in double, then narrowed.
-    params.setInt(Mode::Overlay, BlendParam::Mode);
-    params.setFloat(BlendParam::Opacity, 33.3);
-    ::Tw::Test::BareHost host;
-    Layer source(nullptr, {0, 0, 8, 8}), second(nullptr, {2, 2, 4, 4});
-    Layer* layers[] = {&second};
-    Plugins::FilterChain<StandaloneHost> chain(host, source, layers);
-    const auto& node =
-        dynamic_cast<const BlendNode&>(BlendPluginFilters<StandaloneHost>::makeFilters(chain, params));
-    EXPECT_EQ(node.mode, Mode::Overlay);
-    EXPECT_EQ(node.opacity, static_cast<float>(33.3 / 100.0));
-    EXPECT_THAT(node.inputs, testing::ElementsAre(&source, &second));
 }
 
 }  // namespace
