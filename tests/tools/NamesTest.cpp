@@ -5,10 +5,10 @@
 #include <sstream>
 
 #include "tests/tools/TwfxFixture.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterListing.h"
+#include "tools/common/ToolError.h"
 #include "tools/twfx/EffectLookup.h"
-#include "tools/twfx/ParameterLabels.h"
-#include "tools/twfx/ParameterListing.h"
-#include "tools/twfx/ToolError.h"
 
 namespace Tw::Tools::Twfx {
 namespace {

@@ -3,11 +3,11 @@
 #include <exception>
 #include <variant>
 
+#include "tools/common/ToolError.h"
 #include "tools/twfx/CommandLine.h"
 #include "tools/twfx/EffectInfo.h"
 #include "tools/twfx/HelpText.h"
 #include "tools/twfx/RenderCommand.h"
-#include "tools/twfx/ToolError.h"
 
 namespace Tw::Tools::Twfx {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/twfx/FrameConversion.h"
+#include "tools/common/FrameConversion.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 
 #include "image/core/ComponentType.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 using Image::fourCC;
@@ -168,4 +168,4 @@ void storeFrame(const Image::ImageBuffer& frame, FileImage& image) {
                              [&](auto type) { writeChannels<typename decltype(type)::type>(frame, image); });
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -1,11 +1,11 @@
-#include "tools/twfx/ParameterLabels.h"
+#include "tools/common/ParameterLabels.h"
 
 #include <vector>
 
-#include "tools/twfx/ToolError.h"
-#include "tools/twfx/UserText.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 using Param::ParamKind;
@@ -59,7 +59,7 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
     const std::string effect = inQuotes(effectName);
     if (matches.empty()) {
         throw ToolError(ExitCode::UnknownName,
-                        effect + " has no parameter " + quoted + " (twfx params shows its parameters)");
+                        effect + " has no parameter " + quoted + " (the params command lists them)");
     }
     std::vector<std::string> choices;
     for (const int i : matches)
@@ -69,4 +69,4 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
                                                joinedWithCommas(choices));
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -9,7 +9,7 @@
 
 #include "host/param/Parameters.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 namespace Param = ::Tw::Host::Param;
 
@@ -20,4 +20,4 @@ namespace Param = ::Tw::Host::Param;
 void setParameterFromText(Param::Parameters& params, int index, std::string_view text,
                           std::ostream& warnings);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -1,4 +1,4 @@
-#include "tools/twfx/ImageFile.h"
+#include "tools/common/ImageFile.h"
 
 #include <OpenImageIO/imagebuf.h>
 #include <OpenImageIO/imagebufalgo.h>
@@ -7,11 +7,11 @@
 #include <cmath>
 #include <filesystem>
 
-#include "tools/twfx/PendingOutputFile.h"
-#include "tools/twfx/ToolError.h"
-#include "tools/twfx/UserText.h"
+#include "tools/common/PendingOutputFile.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 [[noreturn]] void unreadable(const std::string& path, const std::string& reason) {
@@ -105,4 +105,4 @@ void writeImageFile(const std::string& path, const FileImage& image, const std::
     file.commit();
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

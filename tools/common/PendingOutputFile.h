@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 class PendingOutputFile {
 public:
@@ -31,4 +31,4 @@ private:
 // so that a mistyped output fails before a long render rather than after it.
 void checkOutputDirectory(const std::filesystem::path& path);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

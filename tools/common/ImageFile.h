@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 struct FileImage {
     // As read: size, channels and their names, the alpha channel, the data format, the metadata.
@@ -39,4 +39,4 @@ void checkImageOutputPath(const std::string& path);
 void writeImageFile(const std::string& path, const FileImage& image,
                     const std::atomic<bool>* cancelFlag = nullptr);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -1,13 +1,13 @@
-#include "tools/twfx/PendingOutputFile.h"
+#include "tools/common/PendingOutputFile.h"
 
 #include <unistd.h>
 
 #include <string>
 #include <system_error>
 
-#include "tools/twfx/ToolError.h"
+#include "tools/common/ToolError.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 std::filesystem::path directoryOf(const std::filesystem::path& path) {
@@ -53,4 +53,4 @@ void checkOutputDirectory(const std::filesystem::path& path) {
     }
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

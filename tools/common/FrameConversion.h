@@ -9,10 +9,10 @@
 
 #include "image/core/ImageBuffer.h"
 #include "image/core/PixelFormat.h"
-#include "tools/twfx/CommandLine.h"
-#include "tools/twfx/ImageFile.h"
+#include "tools/common/ComponentOrder.h"
+#include "tools/common/ImageFile.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 // The frame format of `depth` (8, 16 or 32) and `order`.
 Image::PixelFormat frameFormat(int depth, ComponentOrder order);
@@ -28,4 +28,4 @@ Image::ImageBuffer frameFromFile(const FileImage& image, Image::PixelFormat form
 // are. A grey file takes the mean of red, green and blue. The frame must be the image's size.
 void storeFrame(const Image::ImageBuffer& frame, FileImage& image);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 std::string_view trimmed(std::string_view text);
 std::string lowercase(std::string_view text);
@@ -29,4 +29,4 @@ std::string inQuotes(std::string_view text);
 // The shortest text that reads back as `value` ("0.5", "100", "1e-07").
 std::string formatNumber(double value);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

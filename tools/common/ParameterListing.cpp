@@ -1,4 +1,4 @@
-#include "tools/twfx/ParameterListing.h"
+#include "tools/common/ParameterListing.h"
 
 #include <algorithm>
 #include <array>
@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "tools/twfx/ParameterLabels.h"
-#include "tools/twfx/UserText.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/UserText.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 using Param::ParamKind;
@@ -151,4 +151,4 @@ void writeParameterTable(std::ostream& out, const Param::Parameters& params) {
     }
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -1,13 +1,13 @@
-// How the tool fails: every failure is a ToolError carrying the exit code that tells a script what went
-// wrong and a message for the user. `runTwfx` catches it at the top, prints it and returns the code.
+// How the tools fail: every failure is a ToolError carrying the exit code that tells a script what went
+// wrong and a message for the user. Each tool catches it at the top, prints it and returns the code.
 #pragma once
 
 #include <stdexcept>
 #include <string>
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
-// Stable across versions, since scripts branch on them; `twfx --help` documents them.
+// Stable across versions, since scripts branch on them; each tool's --help documents the ones it uses.
 enum class ExitCode : int {
     Success = 0,
     RenderFailed = 1,
@@ -16,6 +16,8 @@ enum class ExitCode : int {
     UnwritableOutput = 4,  // the output image or a saved preset
     UnknownName = 5,       // an effect or parameter label that names nothing, or more than one effect
     BadValue = 6,          // a parameter value that is not a number or not one of the items
+    BundleNotLoaded = 7,   // aehost: a plug-in bundle that can't be loaded
+    ProtocolFault = 8,     // aehost: the effect broke the host's protocol
     Cancelled = 130,       // as a shell reports a program ended by Ctrl-C
 };
 
@@ -28,4 +30,4 @@ private:
     ExitCode code_;
 };
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

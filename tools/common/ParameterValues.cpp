@@ -1,14 +1,14 @@
-#include "tools/twfx/ParameterValues.h"
+#include "tools/common/ParameterValues.h"
 
 #include <algorithm>
 #include <limits>
 #include <string>
 #include <vector>
 
-#include "tools/twfx/ToolError.h"
-#include "tools/twfx/UserText.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 using Param::ParamKind;
@@ -21,8 +21,8 @@ using Param::ParamRecord;
 
 void warnIfChanged(std::ostream& warnings, const ParamRecord& record, double asked, double set) {
     if (asked == set) return;
-    warnings << "twfx: warning: " << record.label << " " << formatNumber(asked)
-             << " is outside its range; using " << formatNumber(set) << "\n";
+    warnings << "warning: " << record.label << " " << formatNumber(asked) << " is outside its range; using "
+             << formatNumber(set) << "\n";
 }
 
 // The numbers of "a,b,c", exactly `count` of them.
@@ -133,4 +133,4 @@ void setParameterFromText(Param::Parameters& params, int index, std::string_view
     }
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

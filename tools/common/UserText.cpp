@@ -1,11 +1,11 @@
-#include "tools/twfx/UserText.h"
+#include "tools/common/UserText.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 namespace {
 
 bool isBlank(char c) {
@@ -85,4 +85,4 @@ std::string formatNumber(double value) {
     return std::string(digits, result.ptr);
 }
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

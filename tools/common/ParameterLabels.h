@@ -8,7 +8,7 @@
 
 #include "host/param/Parameters.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 namespace Param = ::Tw::Host::Param;
 
@@ -23,4 +23,4 @@ std::string groupOf(const Param::Parameters& params, int index);
 // none does, or when several do and the key doesn't tell them apart; `effectName` goes into the message.
 int findParameter(const Param::Parameters& params, std::string_view key, std::string_view effectName);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools

@@ -1,12 +1,12 @@
-// The table of `twfx params`: an effect's parameters in host order with kind, default and range, each
-// value written as a host shows it and as --set takes it.
+// The table of the tools' `params` command: an effect's parameters in host order with kind, default and
+// range, each value written as a host shows it and as --set takes it.
 #pragma once
 
 #include <ostream>
 
 #include "host/param/Parameters.h"
 
-namespace Tw::Tools::Twfx {
+namespace Tw::Tools {
 
 namespace Param = ::Tw::Host::Param;
 
@@ -14,4 +14,4 @@ namespace Param = ::Tw::Host::Param;
 // with no control, like group ends, are left out.
 void writeParameterTable(std::ostream& out, const Param::Parameters& params);
 
-}  // namespace Tw::Tools::Twfx
+}  // namespace Tw::Tools
