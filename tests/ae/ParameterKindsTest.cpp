@@ -5,12 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "host/ae/EffectMain.h"
 #include "plugins/FilterPlugin.h"
-#include "tests/ae/SimulatedHost.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 namespace Param = ::Tw::Host::Param;
@@ -103,18 +104,18 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
         settings.negativeRowBytes = flipped;
         SimulatedHost host(&kindsEntry, settings);
         ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
-        host.setInput(TestFrame::pattern(16, 12, 8, ComponentOrder::ARGB));
-        host.setAngle("Direction", 45.5);
-        host.setColor("Tint", 255, 0, 51);
-        host.setPoint("Centre", 10, 3);
-        host.setPopup("Look", 3);
+        host.setInput(Frame::pattern(16, 12, 8, ComponentOrder::Argb));
+        host.set("Direction", "45.5");
+        host.set("Tint", "1, 0, 0.2");
+        host.set("Centre", "0.625, 0.25");
+        host.set("Look", "Strong");
         ASSERT_EQ(host.userChangedParam(6), PF_Err_NONE) << "the popup's choice is stored as its text";
 
         ASSERT_EQ(host.renderSmart().error, PF_Err_NONE);
         EXPECT_EQ(readings.angle, 45.5);
         EXPECT_EQ(readings.color.red, 1.0);
         EXPECT_EQ(readings.color.green, 0.0);
-        EXPECT_NEAR(readings.color.blue, 0.2, 1e-6);
+        EXPECT_EQ(readings.color.blue, 0.2f) << "the colour as the user set it, not its 8-bit form";
         EXPECT_EQ(readings.point.x, 10);
         EXPECT_EQ(readings.point.y, flipped ? 12 - 1 - 3 : 3) << "points follow the rows' direction";
         EXPECT_EQ(readings.hidden, 7);
@@ -124,4 +125,4 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

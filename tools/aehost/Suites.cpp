@@ -6,11 +6,11 @@
 #include <cstring>
 #include <string>
 
-#include "tests/ae/HostCallbacks.h"
-#include "tests/ae/HostState.h"
-#include "tests/ae/UnexpectedCall.h"
+#include "tools/aehost/HostCallbacks.h"
+#include "tools/aehost/HostState.h"
+#include "tools/aehost/UnexpectedCall.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 // The host of a suite call: through effect_ref where the call has one, the thread's otherwise.
@@ -25,6 +25,10 @@ PF_Err colorFromDef(PF_ProgPtr effectRef, const PF_ParamDef* definition, PF_Pixe
     HostState* host = hostOf(effectRef, "PF_GetFloatingPointColorFromColorDef");
     if (!host || !definition || !color) return PF_Err_BAD_CALLBACK_PARAM;
     const PF_Pixel& value = definition->u.cd.value;
+    if (const PF_PixelFloat* set = host->parameters.colorSet(definition->uu.id, value)) {
+        *color = *set;
+        return PF_Err_NONE;
+    }
     const auto unit = [](A_u_char component) { return static_cast<PF_FpShort>(component / 255.0); };
     *color = PF_PixelFloat{unit(value.alpha), unit(value.red), unit(value.green), unit(value.blue)};
     return PF_Err_NONE;
@@ -284,4 +288,4 @@ const SPBasicSuite& basicSuite() {
     return kBasicSuite;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

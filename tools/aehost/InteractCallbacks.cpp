@@ -4,11 +4,11 @@
 // never on the workers of iterate_generic.
 #include <string>
 
-#include "tests/ae/HostCallbacks.h"
-#include "tests/ae/HostState.h"
-#include "tests/ae/UnexpectedCall.h"
+#include "tools/aehost/HostCallbacks.h"
+#include "tools/aehost/HostState.h"
+#include "tools/aehost/UnexpectedCall.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 // The command of an interaction call made where a real host allows it; null otherwise.
@@ -24,27 +24,30 @@ CommandState* interactionOf(PF_ProgPtr effectRef, const char* call) {
     return command;
 }
 
-PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long /*time*/, A_long /*timeStep*/,
-                     A_u_long /*timeScale*/, PF_ParamDef* param) {
+PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long timeStep,
+                     A_u_long timeScale, PF_ParamDef* param) {
     CommandState* command = interactionOf(effectRef, "checkout_param");
     if (!command || !param) return PF_Err_BAD_CALLBACK_PARAM;
     HostState& host = command->host;
     *param = PF_ParamDef{};
-    const PF_ParamDef* value = index == 0 ? nullptr : host.parameters.value(index);
-    if (index != 0 && !value) {
+    if (index != 0 && !host.parameters.value(index)) {
         host.audit.fault("checkout_param of parameter " + std::to_string(index) + ", which doesn't exist");
         return PF_Err_INVALID_INDEX;
     }
     ++command->paramCheckouts;
-    if (value) *param = *value;
-    if (index != 0 && value->param_type != PF_Param_LAYER) return PF_Err_NONE;
+    {
+        const std::lock_guard lock(host.mutex);
+        host.parameterCheckouts.push_back({index, time, timeStep, timeScale});
+    }
+    if (index != 0) *param = host.handedValue(index);
+    if (index != 0 && param->param_type != PF_Param_LAYER) return PF_Err_NONE;
 
     // A layer comes with a world of the whole layer; a layer parameter set to none has one without pixels.
     param->param_type = PF_Param_LAYER;
     const A_long fallback = param->u.ld.dephault;
     param->u.ld = PF_LayerDef{};
     param->u.ld.dephault = fallback;
-    if (const TestFrame* frame = host.layerFrame(index)) {
+    if (const Frame* frame = host.layerFrame(index)) {
         LentWorld world =
             host.lendLayer({0, 0, frame->width, frame->height}, frame, "a layer lent by checkout_param");
         param->u.ld = world->world();
@@ -122,4 +125,4 @@ PF_InteractCallbacks interactCallbacks() {
     return inter;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 class HostAudit {
 public:
@@ -25,4 +25,4 @@ private:
     std::vector<std::string> faults_;
 };
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

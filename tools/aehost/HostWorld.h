@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "host/ae/sdk/AeSdk.h"
-#include "tests/ae/TestFrame.h"
+#include "tools/aehost/Frame.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 class HostWorld {
 public:
@@ -34,9 +34,9 @@ public:
     ComponentOrder order() const { return order_; }
 
     // Copies the part of `layer` that the world covers; pixels outside the layer become transparent black.
-    void load(const TestFrame& layer);
+    void load(const Frame& layer);
     // The world's pixels, top row first.
-    TestFrame contents() const;
+    Frame contents() const;
     // From now on the effect may read the world but not write it: its pixels are remembered.
     void markReadOnly();
     // Whether the guards and the row padding still hold what they were given, and a read-only world its
@@ -52,10 +52,10 @@ private:
     ComponentOrder order_;
     int32_t stride_;
     std::vector<std::byte> storage_;
-    std::optional<TestFrame> readOnlyPixels_;
+    std::optional<Frame> readOnlyPixels_;
 };
 
 // Depth and order of a pixel format the host knows; false for any other.
 bool describeFormat(PF_PixelFormat format, int& depth, ComponentOrder& order);
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -5,7 +5,7 @@
 
 #include "host/ae/sdk/AeSdk.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 const SPBasicSuite& basicSuite();
 // Without iterate_generic for hosts older than interface version 12.
@@ -14,4 +14,4 @@ PF_InteractCallbacks interactCallbacks();
 PF_PreRenderCallbacks preRenderCallbacks();
 PF_SmartRenderCallbacks smartRenderCallbacks();
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

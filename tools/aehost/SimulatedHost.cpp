@@ -1,14 +1,19 @@
-#include "tests/ae/SimulatedHost.h"
+#include "tools/aehost/SimulatedHost.h"
 
 #include <algorithm>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 
-#include "tests/ae/BundleLibrary.h"
-#include "tests/ae/CoreFoundationStandIn.h"
-#include "tests/ae/HostCallbacks.h"
+#include "tools/aehost/CoreFoundationStandIn.h"
+#include "tools/aehost/HostCallbacks.h"
+#include "tools/aehost/ParameterModel.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterValues.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 // The time of every command: frame 24 of a 24 frames a second composition, in a time scale of 48.
@@ -25,12 +30,12 @@ public:
         definitions_.resize(static_cast<std::size_t>(count) + 1);
         for (PF_ParamIndex index = 0; index <= count; ++index) {
             PF_ParamDef& definition = definitions_[static_cast<std::size_t>(index)];
-            if (index > 0) definition = *host.parameters.value(index);
+            if (index > 0) definition = host.handedValue(index);
             if (index > 0 && definition.param_type != PF_Param_LAYER) continue;
             definition.param_type = PF_Param_LAYER;
             const A_long fallback = definition.u.ld.dephault;
             definition.u.ld = PF_LayerDef{};
-            if (const TestFrame* frame = host.layerFrame(index)) {
+            if (const Frame* frame = host.layerFrame(index)) {
                 worlds_.push_back(host.lendLayer({0, 0, frame->width, frame->height}, frame,
                                                  index == 0 ? "the input" : "a layer parameter's world"));
                 definition.u.ld = worlds_.back()->world();
@@ -66,11 +71,8 @@ std::vector<std::array<int32_t, 7>> recordsOf(const void* data, const std::vecto
 
 }  // namespace
 
-SimulatedHost::SimulatedHost(const std::string& entryName, HostSettings settings)
-    : SimulatedHost(BundleLibrary::instance().entry(entryName), settings) {}
-
-SimulatedHost::SimulatedHost(PF_FilterProc entry, HostSettings settings)
-    : state_(std::make_unique<HostState>(settings)), entry_(entry) {}
+SimulatedHost::SimulatedHost(PF_FilterProc entry, HostSettings settings, std::string effectName)
+    : state_(std::make_unique<HostState>(settings)), entry_(entry), effectName_(std::move(effectName)) {}
 
 SimulatedHost::~SimulatedHost() {
     const CurrentHostScope scope(state_.get());
@@ -96,8 +98,7 @@ PF_Err SimulatedHost::send(CommandState& command, PF_ParamDef** params, PF_Layer
     in_.quality = PF_Quality_HI;
     in_.version = {settings.apiMajor, settings.apiMinor};
     in_.serial_num = 1;
-    in_.appl_id =
-        premiere ? kTwPremiereProApplId : kTwAfterEffectsApplId;
+    in_.appl_id = premiere ? kTwPremiereProApplId : kTwAfterEffectsApplId;
     in_.num_params = host.parameters.count() + 1;
     in_.current_time = kCurrentTime;
     in_.time_step = kTimeStep;
@@ -265,7 +266,7 @@ PF_Err SimulatedHost::userChangedParam(PF_ParamIndex index) {
     CommandState command(host, PF_Cmd_USER_CHANGED_PARAM);
     const PF_Err error = send(command, params.pointers(), nullptr, &extra);
     for (PF_ParamIndex i = 1; i < params.size(); ++i)
-        if (params[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE) host.parameters.store(i, params[i]);
+        if (params[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE) host.takeChangedValue(i, params[i]);
     return error;
 }
 
@@ -276,7 +277,7 @@ PF_Err SimulatedHost::updateParamsUI() {
     CommandState command(host, PF_Cmd_UPDATE_PARAMS_UI);
     const PF_Err error = send(command, params.pointers(), nullptr, nullptr);
     for (PF_ParamIndex i = 1; i < params.size(); ++i)
-        if (params[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE) host.parameters.store(i, params[i]);
+        if (params[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE) host.takeChangedValue(i, params[i]);
     return error;
 }
 
@@ -285,7 +286,7 @@ PF_Err SimulatedHost::command(PF_Cmd commandNumber, void* extra) {
     return send(command, nullptr, nullptr, extra, false);
 }
 
-void SimulatedHost::setInput(TestFrame frame) {
+void SimulatedHost::setInput(Frame frame) {
     int depth = 0;
     ComponentOrder order{};
     describeFormat(state_->worldFormat(), depth, order);
@@ -294,32 +295,28 @@ void SimulatedHost::setInput(TestFrame frame) {
     state_->input = std::move(frame);
 }
 
-void SimulatedHost::setSlider(const std::string& label, double value) {
-    parameters().setSlider(parameters().indexOf(label), value);
+void SimulatedHost::set(std::string_view label, std::string_view value, std::ostream* warnings) {
+    Param::Parameters list;
+    describeParameters(list);
+    const int index = findParameter(list, label, effectName_);
+    std::ostringstream unheard;
+    setParameterFromText(list, index, value, warnings ? *warnings : unheard);
+    storeValue(list, index, state_->parameters);
 }
 
-void SimulatedHost::setAngle(const std::string& label, double degrees) {
-    parameters().setAngle(parameters().indexOf(label), degrees);
+void SimulatedHost::setLayer(std::string_view label, std::optional<Frame> frame) {
+    Param::Parameters list;
+    describeParameters(list);
+    const int index = findParameter(list, label, effectName_);
+    if (list.records[index].kind != Param::ParamKind::Layer) {
+        throw ToolError(ExitCode::UnknownName,
+                        inQuotes(label) + " is not a layer parameter of " + inQuotes(effectName_));
+    }
+    parameters().setLayer(index + 1, std::move(frame));
 }
 
-void SimulatedHost::setCheckbox(const std::string& label, bool checked) {
-    parameters().setCheckbox(parameters().indexOf(label), checked);
-}
-
-void SimulatedHost::setPopup(const std::string& label, int choice) {
-    parameters().setPopup(parameters().indexOf(label), choice);
-}
-
-void SimulatedHost::setColor(const std::string& label, uint8_t red, uint8_t green, uint8_t blue) {
-    parameters().setColor(parameters().indexOf(label), red, green, blue);
-}
-
-void SimulatedHost::setPoint(const std::string& label, double x, double y) {
-    parameters().setPoint(parameters().indexOf(label), x, y);
-}
-
-void SimulatedHost::setLayer(const std::string& label, std::optional<TestFrame> frame) {
-    parameters().setLayer(parameters().indexOf(label), std::move(frame));
+void SimulatedHost::describeParameters(Param::Parameters& list) const {
+    AeHost::describeParameters(state_->parameters, list);
 }
 
 std::vector<PixelFormatRegistration> SimulatedHost::pixelFormats() const {
@@ -332,9 +329,14 @@ std::vector<ParamUIUpdate> SimulatedHost::paramUIUpdates() const {
     return state_->paramUIUpdates;
 }
 
+std::vector<ParameterCheckout> SimulatedHost::parameterCheckouts() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->parameterCheckouts;
+}
+
 std::size_t SimulatedHost::effectWorlds() const {
     const std::lock_guard lock(state_->mutex);
     return state_->effectWorlds.size();
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -9,11 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include "tests/ae/HostCallbacks.h"
-#include "tests/ae/HostState.h"
-#include "tests/ae/UnexpectedCall.h"
+#include "tools/aehost/HostCallbacks.h"
+#include "tools/aehost/HostState.h"
+#include "tools/aehost/UnexpectedCall.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 // The handle calls carry no effect_ref: they belong to the host of the calling thread.
@@ -102,7 +102,7 @@ template <class Component>
 void fillWith(const PF_EffectWorld& world, const PF_Rect& rect, const Component (&argb)[4],
               ComponentOrder order) {
     Component pixel[4];
-    if (order == ComponentOrder::ARGB) {
+    if (order == ComponentOrder::Argb) {
         std::copy_n(argb, 4, pixel);
     } else {
         pixel[0] = argb[3];
@@ -313,4 +313,4 @@ PF_UtilCallbacks utilityCallbacks(bool withIterateGeneric) {
     return utils;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

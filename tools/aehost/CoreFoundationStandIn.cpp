@@ -1,4 +1,4 @@
-#include "tests/ae/CoreFoundationStandIn.h"
+#include "tools/aehost/CoreFoundationStandIn.h"
 
 #include <atomic>
 #include <map>
@@ -6,9 +6,9 @@
 #include <mutex>
 #include <set>
 
-#include "tests/ae/HostState.h"
+#include "tools/aehost/HostState.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 struct CFStringStandIn {
@@ -55,23 +55,24 @@ int liveCreatedStrings() {
     return static_cast<int>(bundle.created.size());
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost
 
-using Tw::Test::AE::CFStringStandIn;
-using Tw::Test::AE::mainBundle;
+using Tw::Tools::AeHost::CFStringStandIn;
+using Tw::Tools::AeHost::mainBundle;
 
 extern "C" void* CFBundleGetMainBundle(void) {
     return &mainBundle();
 }
 
 extern "C" const void* CFBundleGetIdentifier(void* bundle) {
-    if (bundle != &mainBundle()) Tw::Test::AE::misuse("CFBundleGetIdentifier of something that is no bundle");
+    if (bundle != &mainBundle())
+        Tw::Tools::AeHost::misuse("CFBundleGetIdentifier of something that is no bundle");
     return mainBundle().identifier.load();
 }
 
 extern "C" uint32_t CFBundleGetVersionNumber(void* bundle) {
     if (bundle != &mainBundle())
-        Tw::Test::AE::misuse("CFBundleGetVersionNumber of something that is no bundle");
+        Tw::Tools::AeHost::misuse("CFBundleGetVersionNumber of something that is no bundle");
     return mainBundle().version.load();
 }
 
@@ -86,21 +87,21 @@ extern "C" const void* CFStringCreateWithCString(const void* /*allocator*/, cons
 
 extern "C" long CFStringCompare(const void* a, const void* b, unsigned long /*options*/) {
     if (!a || !b) {
-        Tw::Test::AE::misuse("CFStringCompare of a null string");
+        Tw::Tools::AeHost::misuse("CFStringCompare of a null string");
         return -1;
     }
-    const int order = Tw::Test::AE::stringOf(a)->text.compare(Tw::Test::AE::stringOf(b)->text);
+    const int order = Tw::Tools::AeHost::stringOf(a)->text.compare(Tw::Tools::AeHost::stringOf(b)->text);
     return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
 extern "C" void CFRelease(const void* object) {
-    auto* string = const_cast<CFStringStandIn*>(Tw::Test::AE::stringOf(object));
+    auto* string = const_cast<CFStringStandIn*>(Tw::Tools::AeHost::stringOf(object));
     {
         const std::lock_guard lock(mainBundle().mutex);
         if (mainBundle().created.erase(string) == 0) string = nullptr;
     }
     if (!string) {
-        Tw::Test::AE::misuse("CFRelease of an object the caller doesn't own");
+        Tw::Tools::AeHost::misuse("CFRelease of an object the caller doesn't own");
         return;
     }
     delete string;

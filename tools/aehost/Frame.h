@@ -1,4 +1,4 @@
-// TestFrame: the frames the tests hand to a host and get back, held plainly: rows from top to bottom with no
+// Frame: the frames the tests hand to a host and get back, held plainly: rows from top to bottom with no
 // padding, four components a pixel in ARGB or BGRA order, at 8 bits (white 255), 16 bits (white 32768) or
 // float (white 1). It converts to and from the system's ImageBuffer, so that the bundle's output can be
 // compared with the standalone host's render of the same frame.
@@ -12,27 +12,25 @@
 
 #include "image/core/ImageBuffer.h"
 #include "image/core/PixelFormat.h"
+#include "tools/common/ComponentOrder.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
-enum class ComponentOrder { ARGB, BGRA };
-
-struct TestFrame {
+struct Frame {
     int32_t width = 0;
     int32_t height = 0;
     int depth = 8;
-    ComponentOrder order = ComponentOrder::ARGB;
+    ComponentOrder order = ComponentOrder::Argb;
     std::vector<std::byte> pixels;
 
     // Every byte zero.
-    static TestFrame blank(int32_t width, int32_t height, int depth, ComponentOrder order);
+    static Frame blank(int32_t width, int32_t height, int depth, ComponentOrder order);
     // A picture with structure for filters to act on: ramps in red and green, a hard vertical edge and a
     // diagonal one in blue, and alpha that is mostly opaque but half and fully transparent in places. Float
     // frames also hold values a little outside 0..1. `seed` shifts the ramps, so that frames differ.
-    static TestFrame pattern(int32_t width, int32_t height, int depth, ComponentOrder order,
-                             uint32_t seed = 0);
+    static Frame pattern(int32_t width, int32_t height, int depth, ComponentOrder order, uint32_t seed = 0);
     // The pixels of `image` (any row stride), in its depth and order.
-    static TestFrame copyOf(const Image::ImageBuffer& image);
+    static Frame copyOf(const Image::ImageBuffer& image);
 
     int bytesPerPixel() const { return depth / 8 * 4; }
     int32_t rowBytes() const { return width * bytesPerPixel(); }
@@ -44,17 +42,17 @@ struct TestFrame {
     Image::PixelFormat pixelFormat() const;
 
     // The same picture upside down.
-    TestFrame flippedVertically() const;
+    Frame flippedVertically() const;
     // An image over these pixels, with its top left pixel at (originX, originY); the frame keeps the memory
     // and must outlive the image.
     Image::ImageBuffer view(int32_t originX = 0, int32_t originY = 0);
 
-    friend bool operator==(const TestFrame&, const TestFrame&) = default;
+    friend bool operator==(const Frame&, const Frame&) = default;
 };
 
 // Where two frames first differ, for failure messages; empty when they are equal.
-std::string firstDifference(const TestFrame& actual, const TestFrame& expected);
+std::string firstDifference(const Frame& actual, const Frame& expected);
 // How assertions show a frame: its shape, not its pixels.
-void PrintTo(const TestFrame& frame, std::ostream* out);
+void PrintTo(const Frame& frame, std::ostream* out);
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -6,9 +6,9 @@
 #include <type_traits>
 
 #include "host/ae/sdk/AeSdk.h"
-#include "tests/ae/HostState.h"
+#include "tools/aehost/HostState.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 inline void reportUnexpectedCall(const char* signature) {
     if (HostState* host = HostState::current())
@@ -51,4 +51,4 @@ Function unexpected() {
     return &UnexpectedCall<Function>::call;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <string>
 
-#include "tests/ae/HostCallbacks.h"
-#include "tests/ae/HostState.h"
+#include "tools/aehost/HostCallbacks.h"
+#include "tools/aehost/HostState.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 CommandState* commandFor(PF_ProgPtr effectRef, PF_Cmd expected, const char* call) {
@@ -51,7 +51,7 @@ PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const
         host.audit.fault("checkout_layer of parameter " + std::to_string(index) + ", which is no layer");
         return PF_Err_BAD_CALLBACK_PARAM;
     }
-    const TestFrame* frame = host.layerFrame(index);
+    const Frame* frame = host.layerFrame(index);
     const PF_LRect bounds = frame ? PF_LRect{0, 0, frame->width, frame->height} : PF_LRect{0, 0, 0, 0};
     *result = PF_CheckoutResult{};
     result->result_rect = intersection(request->rect, bounds);
@@ -87,7 +87,7 @@ PF_Err checkoutLayerPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pix
     }
     auto lent = command->layerPixels.find(id);
     if (lent == command->layerPixels.end()) {
-        const TestFrame* frame = host.layerFrame(checkout->index);
+        const Frame* frame = host.layerFrame(checkout->index);
         LentWorld world = frame && !isEmpty(checkout->resultRect)
                               ? host.lendLayer(checkout->resultRect, frame, "a layer's checked-out pixels")
                               : LentWorld(nullptr, WorldRelease{&host, ""});
@@ -132,4 +132,4 @@ PF_SmartRenderCallbacks smartRenderCallbacks() {
     return {&checkoutLayerPixels, &checkinLayerPixels, &checkoutOutput};
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

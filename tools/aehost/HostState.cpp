@@ -1,8 +1,8 @@
-#include "tests/ae/HostState.h"
+#include "tools/aehost/HostState.h"
 
 #include <algorithm>
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 thread_local HostState* currentHost = nullptr;
@@ -59,7 +59,7 @@ LentWorld HostState::makeWorld(int32_t width, int32_t height, PF_PixelFormat for
     return world;
 }
 
-LentWorld HostState::lendLayer(const PF_LRect& rect, const TestFrame* layer, const char* role) {
+LentWorld HostState::lendLayer(const PF_LRect& rect, const Frame* layer, const char* role) {
     LentWorld world = makeWorld(std::max(rect.right - rect.left, 0), std::max(rect.bottom - rect.top, 0),
                                 worldFormat(), rect.left, rect.top, true, role);
     if (layer) world->load(*layer);
@@ -67,14 +67,22 @@ LentWorld HostState::lendLayer(const PF_LRect& rect, const TestFrame* layer, con
     return world;
 }
 
-const TestFrame* HostState::layerFrame(PF_ParamIndex index) const {
+const Frame* HostState::layerFrame(PF_ParamIndex index) const {
     if (index == 0) return &input;
-    if (const std::optional<TestFrame>* choice = parameters.layerChoice(index))
+    if (const std::optional<Frame>* choice = parameters.layerChoice(index))
         return *choice ? &**choice : nullptr;
     const PF_ParamDef* value = parameters.value(index);
     return value && value->param_type == PF_Param_LAYER && value->u.ld.dephault == PF_LayerDefault_MYSELF
                ? &input
                : nullptr;
+}
+
+PF_ParamDef HostState::handedValue(PF_ParamIndex index) const {
+    return parameters.handed(index, input.width, input.height);
+}
+
+void HostState::takeChangedValue(PF_ParamIndex index, const PF_ParamDef& changed) {
+    parameters.store(index, changed, input.width, input.height);
 }
 
 std::optional<PF_PixelFormat> HostState::formatOf(const PF_EffectWorld* world) const {
@@ -89,4 +97,4 @@ bool HostState::refuseAllocation() {
     return settings.refuseAllocationsFrom > 0 && call >= settings.refuseAllocationsFrom;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "host/ae/sdk/AeSdk.h"
-#include "tests/ae/HostAudit.h"
+#include "tools/aehost/HostAudit.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 class HostHandles {
 public:
@@ -46,4 +46,4 @@ private:
     std::unordered_map<PF_Handle, std::unique_ptr<Block>> blocks_;
 };
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -19,14 +19,14 @@
 #include <vector>
 
 #include "host/ae/sdk/AeSdk.h"
-#include "tests/ae/HostAudit.h"
-#include "tests/ae/HostHandles.h"
-#include "tests/ae/HostSettings.h"
-#include "tests/ae/HostWorld.h"
-#include "tests/ae/ParameterStore.h"
-#include "tests/ae/TestFrame.h"
+#include "tools/aehost/Frame.h"
+#include "tools/aehost/HostAudit.h"
+#include "tools/aehost/HostHandles.h"
+#include "tools/aehost/HostSettings.h"
+#include "tools/aehost/HostWorld.h"
+#include "tools/aehost/ParameterStore.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 // One call of the pre-render's checkout_layer, with the host's answer.
 struct LayerCheckout {
@@ -38,6 +38,14 @@ struct LayerCheckout {
     A_u_long timeScale = 0;
     PF_LRect resultRect{};
     PF_LRect maxResultRect{};
+};
+
+// One call of checkout_param, with the time asked.
+struct ParameterCheckout {
+    PF_ParamIndex index = 0;
+    A_long time = 0;
+    A_long timeStep = 0;
+    A_u_long timeScale = 0;
 };
 
 struct PixelFormatRegistration {
@@ -103,7 +111,7 @@ public:
     HostAudit audit;
     HostHandles handles{audit};
     ParameterStore parameters{handles};
-    TestFrame input;
+    Frame input;
 
     // The pixel format of the worlds the host hands over.
     PF_PixelFormat worldFormat() const;
@@ -111,10 +119,15 @@ public:
     LentWorld makeWorld(int32_t width, int32_t height, PF_PixelFormat format, int32_t originX,
                         int32_t originY, bool clear, const char* role);
     // A read-only world of the host's format holding the part `rect` of `layer` (none: transparent black).
-    LentWorld lendLayer(const PF_LRect& rect, const TestFrame* layer, const char* role);
+    LentWorld lendLayer(const PF_LRect& rect, const Frame* layer, const char* role);
     // The frame a host parameter shows: the input for 0, a layer parameter's choice or default otherwise;
     // null for none.
-    const TestFrame* layerFrame(PF_ParamIndex index) const;
+    const Frame* layerFrame(PF_ParamIndex index) const;
+    // The value of parameter `index` (one the effect added) as a command hands it over: After Effects gives
+    // points in pixels of the layer as the command renders it, which is the input's size.
+    PF_ParamDef handedValue(PF_ParamIndex index) const;
+    // Takes the value the effect changed in such a command.
+    void takeChangedValue(PF_ParamIndex index, const PF_ParamDef& changed);
 
     // The format of a live world, found by its data.
     std::optional<PF_PixelFormat> formatOf(const PF_EffectWorld* world) const;
@@ -128,6 +141,7 @@ public:
     std::map<std::pair<std::string, int>, int> acquiredSuites;
     std::vector<PixelFormatRegistration> pixelFormats;
     std::vector<ParamUIUpdate> paramUIUpdates;
+    std::vector<ParameterCheckout> parameterCheckouts;
     int registeredUIs = 0;
     std::atomic<int> progressCalls{0};
     std::atomic<int> abortCalls{0};
@@ -155,4 +169,4 @@ private:
 // The command an effect_ref stands for; null, with nothing recorded, for a pointer that isn't one.
 CommandState* commandOf(PF_ProgPtr effectRef);
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -1,4 +1,4 @@
-#include "tests/ae/HostWorld.h"
+#include "tools/aehost/HostWorld.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,7 +6,7 @@
 
 #include "image/core/PixelFormat.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 constexpr std::size_t kGuardBytes = 64;
@@ -20,7 +20,7 @@ bool describeFormat(PF_PixelFormat format, int& depth, ComponentOrder& order) {
     const auto positions = Image::componentPositions(code);
     depth = Image::formatDepth(code);
     if (!positions || (depth != 8 && depth != 16 && depth != 32)) return false;
-    order = (*positions)[3] == 0 ? ComponentOrder::ARGB : ComponentOrder::BGRA;
+    order = (*positions)[3] == 0 ? ComponentOrder::Argb : ComponentOrder::Bgra;
     return true;
 }
 
@@ -52,7 +52,7 @@ std::byte* HostWorld::rowAddress(int32_t y) const {
     return reinterpret_cast<std::byte*>(world_.data) + static_cast<std::ptrdiff_t>(y) * world_.rowbytes;
 }
 
-void HostWorld::load(const TestFrame& layer) {
+void HostWorld::load(const Frame& layer) {
     if (layer.depth != depth_ || layer.order != order_)
         throw std::invalid_argument("a layer of another format");
     const int pixelBytes = depth_ / 8 * 4;
@@ -70,8 +70,8 @@ void HostWorld::load(const TestFrame& layer) {
     }
 }
 
-TestFrame HostWorld::contents() const {
-    TestFrame frame = TestFrame::blank(world_.width, world_.height, depth_, order_);
+Frame HostWorld::contents() const {
+    Frame frame = Frame::blank(world_.width, world_.height, depth_, order_);
     for (int32_t y = 0; y < world_.height; ++y)
         std::memcpy(frame.row(y), rowAddress(y), static_cast<std::size_t>(frame.rowBytes()));
     return frame;
@@ -98,4 +98,4 @@ bool HostWorld::intact() const {
     return true;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

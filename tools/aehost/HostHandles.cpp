@@ -1,9 +1,9 @@
-#include "tests/ae/HostHandles.h"
+#include "tools/aehost/HostHandles.h"
 
 #include <algorithm>
 #include <string>
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 HostHandles::Block* HostHandles::find(PF_Handle handle, const char* call) {
     const auto found = blocks_.find(handle);
@@ -74,4 +74,4 @@ bool HostHandles::isLive(PF_Handle handle) const {
     return blocks_.count(handle) != 0;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

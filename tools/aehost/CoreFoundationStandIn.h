@@ -20,10 +20,10 @@ long CFStringCompare(const void* a, const void* b, unsigned long options);
 void CFRelease(const void* object);
 }
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 void setMainBundle(const std::string& identifier, uint32_t version);
 // Strings made by CFStringCreateWithCString and not yet released, over the whole process.
 int liveCreatedStrings();
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

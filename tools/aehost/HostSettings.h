@@ -7,7 +7,7 @@
 
 #include "host/ae/sdk/AeSdk.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 enum class Application { AfterEffects, PremierePro };
 
@@ -49,4 +49,4 @@ struct HostSettings {
     bool pixelFormatSuite2 = true;
 };
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

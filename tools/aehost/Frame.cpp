@@ -1,4 +1,4 @@
-#include "tests/ae/TestFrame.h"
+#include "tools/aehost/Frame.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 // Positions of red, green, blue and alpha within a pixel.
@@ -15,11 +15,11 @@ constexpr int kArgbPositions[4] = {1, 2, 3, 0};
 constexpr int kBgraPositions[4] = {2, 1, 0, 3};
 
 const int* positionsOf(ComponentOrder order) {
-    return order == ComponentOrder::ARGB ? kArgbPositions : kBgraPositions;
+    return order == ComponentOrder::Argb ? kArgbPositions : kBgraPositions;
 }
 
 // Writes `value`, a fraction of white, in the frame's own units; integer depths are clamped and rounded.
-void storeComponent(TestFrame& frame, int32_t x, int32_t y, int component, double value) {
+void storeComponent(Frame& frame, int32_t x, int32_t y, int component, double value) {
     std::byte* pixel = frame.row(y) + static_cast<std::ptrdiff_t>(x) * frame.bytesPerPixel();
     const int position = positionsOf(frame.order)[component];
     const double unit = std::clamp(value, 0.0, 1.0);
@@ -34,16 +34,16 @@ void storeComponent(TestFrame& frame, int32_t x, int32_t y, int component, doubl
 
 }  // namespace
 
-TestFrame TestFrame::blank(int32_t width, int32_t height, int depth, ComponentOrder order) {
+Frame Frame::blank(int32_t width, int32_t height, int depth, ComponentOrder order) {
     if (depth != 8 && depth != 16 && depth != 32) throw std::invalid_argument("depth must be 8, 16 or 32");
-    TestFrame frame{width, height, depth, order, {}};
+    Frame frame{width, height, depth, order, {}};
     frame.pixels.assign(static_cast<std::size_t>(frame.rowBytes()) * static_cast<std::size_t>(height),
                         std::byte{0});
     return frame;
 }
 
-TestFrame TestFrame::pattern(int32_t width, int32_t height, int depth, ComponentOrder order, uint32_t seed) {
-    TestFrame frame = blank(width, height, depth, order);
+Frame Frame::pattern(int32_t width, int32_t height, int depth, ComponentOrder order, uint32_t seed) {
+    Frame frame = blank(width, height, depth, order);
     const double shift = (seed % 97) / 97.0;
     for (int32_t y = 0; y < height; ++y) {
         for (int32_t x = 0; x < width; ++x) {
@@ -67,11 +67,11 @@ TestFrame TestFrame::pattern(int32_t width, int32_t height, int depth, Component
     return frame;
 }
 
-TestFrame TestFrame::copyOf(const Image::ImageBuffer& image) {
+Frame Frame::copyOf(const Image::ImageBuffer& image) {
     const auto positions = Image::componentPositions(image.pixelFormat());
     if (!positions) throw std::invalid_argument("an image without a component table");
-    const ComponentOrder order = (*positions)[3] == 0 ? ComponentOrder::ARGB : ComponentOrder::BGRA;
-    TestFrame frame = blank(image.rect.width(), image.rect.height(), image.depth(), order);
+    const ComponentOrder order = (*positions)[3] == 0 ? ComponentOrder::Argb : ComponentOrder::Bgra;
+    Frame frame = blank(image.rect.width(), image.rect.height(), image.depth(), order);
     for (int32_t y = 0; y < frame.height; ++y) {
         std::memcpy(frame.row(y), image.pixelAddress(image.rect.left, image.rect.top + y),
                     static_cast<std::size_t>(frame.rowBytes()));
@@ -79,21 +79,21 @@ TestFrame TestFrame::copyOf(const Image::ImageBuffer& image) {
     return frame;
 }
 
-Image::PixelFormat TestFrame::pixelFormat() const {
+Image::PixelFormat Frame::pixelFormat() const {
     using Image::fourCC;
-    if (order == ComponentOrder::ARGB)
+    if (order == ComponentOrder::Argb)
         return depth == 8 ? fourCC("argb") : depth == 16 ? fourCC("ae16") : fourCC("ae32");
     return depth == 8 ? fourCC("bgra") : depth == 16 ? fourCC("Bgra") : fourCC("BGra");
 }
 
-TestFrame TestFrame::flippedVertically() const {
-    TestFrame flipped = blank(width, height, depth, order);
+Frame Frame::flippedVertically() const {
+    Frame flipped = blank(width, height, depth, order);
     for (int32_t y = 0; y < height; ++y)
         std::memcpy(flipped.row(height - 1 - y), row(y), static_cast<std::size_t>(rowBytes()));
     return flipped;
 }
 
-Image::ImageBuffer TestFrame::view(int32_t originX, int32_t originY) {
+Image::ImageBuffer Frame::view(int32_t originX, int32_t originY) {
     Image::FrameRecord record;
     record.data = pixels.data();
     record.rowbytes = rowBytes();
@@ -104,7 +104,7 @@ Image::ImageBuffer TestFrame::view(int32_t originX, int32_t originY) {
     return Image::ImageBuffer(nullptr, record, pixelFormat());
 }
 
-std::string firstDifference(const TestFrame& actual, const TestFrame& expected) {
+std::string firstDifference(const Frame& actual, const Frame& expected) {
     std::ostringstream text;
     if (actual.width != expected.width || actual.height != expected.height ||
         actual.depth != expected.depth || actual.order != expected.order) {
@@ -124,7 +124,7 @@ std::string firstDifference(const TestFrame& actual, const TestFrame& expected) 
         }
     }
     if (differing == 0) return {};
-    const auto component = [&](const TestFrame& frame, std::size_t i) -> double {
+    const auto component = [&](const Frame& frame, std::size_t i) -> double {
         const std::byte* at = &frame.pixels[i * componentBytes];
         if (frame.depth == 8) return static_cast<double>(*reinterpret_cast<const uint8_t*>(at));
         if (frame.depth == 16) return static_cast<double>(*reinterpret_cast<const uint16_t*>(at));
@@ -138,9 +138,9 @@ std::string firstDifference(const TestFrame& actual, const TestFrame& expected) 
     return text.str();
 }
 
-void PrintTo(const TestFrame& frame, std::ostream* out) {
+void PrintTo(const Frame& frame, std::ostream* out) {
     *out << frame.width << " x " << frame.height << " frame at " << frame.depth << " bits, "
-         << (frame.order == ComponentOrder::ARGB ? "ARGB" : "BGRA");
+         << (frame.order == ComponentOrder::Argb ? "ARGB" : "BGRA");
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

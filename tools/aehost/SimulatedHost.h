@@ -1,29 +1,34 @@
-// SimulatedHost: one effect of the bundle, loaded and driven the way After Effects (or Premiere Pro) drives
+// SimulatedHost: one effect of a bundle, loaded and driven the way After Effects (or Premiere Pro) drives
 // it, one command at a time, with the callbacks and suites of HostCallbacks.h behind it.
 //
-// A test sets the input frame and the parameters as a user would, sends commands and reads what the host
+// A caller sets the input frame and the parameters as a user would, sends commands and reads what the host
 // saw: the flags and messages of PF_OutData, the parameter definitions, the pixel formats registered, the
-// layer checkouts, the rendered pixels. After every command the host checks what a real host relies on
-// (suites released, parameters checked in, worlds disposed of, layers checked in, no write outside a
-// world) and records any breach in `faults()`, which every test expects empty.
+// layer and parameter checkouts, the rendered pixels. After every command the host checks what a real host
+// relies on (suites released, parameters checked in, worlds disposed of, layers checked in, no write
+// outside a world) and records any breach in `faults()`.
 //
 // The other commands start from a cleared PF_OutData; `command` leaves it as the last command left it, so
-// that a test can see whether the effect touched it.
+// that a caller can see whether the effect touched it.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/ae/sdk/AeSdk.h"
-#include "tests/ae/HostSettings.h"
-#include "tests/ae/HostState.h"
-#include "tests/ae/TestFrame.h"
+#include "host/param/Parameters.h"
+#include "tools/aehost/Frame.h"
+#include "tools/aehost/HostSettings.h"
+#include "tools/aehost/HostState.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
+
+namespace Param = ::Tw::Host::Param;
 
 struct PreRenderOutcome {
     PF_Err error = PF_Err_NONE;
@@ -39,16 +44,16 @@ struct PreRenderOutcome {
 struct RenderOutcome {
     PF_Err error = PF_Err_NONE;
     // The output world after the render, top row first, and the part of the layer it covers.
-    TestFrame output;
+    Frame output;
     PF_LRect outputRect{};
 };
 
 class SimulatedHost {
 public:
-    // `entryName` is an exported entry of the bundle, such as "BlurEntry".
-    explicit SimulatedHost(const std::string& entryName, HostSettings settings = {});
-    // Any effect main, such as a stand-in that tests the host itself.
-    explicit SimulatedHost(PF_FilterProc entry, HostSettings settings = {});
+    // Any effect main: an entry of a bundle, or a stand-in that tests the host itself. `effectName` names
+    // the effect in messages about its parameters.
+    explicit SimulatedHost(PF_FilterProc entry, HostSettings settings = {},
+                           std::string effectName = "effect");
     ~SimulatedHost();
     SimulatedHost(const SimulatedHost&) = delete;
     SimulatedHost& operator=(const SimulatedHost&) = delete;
@@ -75,16 +80,17 @@ public:
     PF_Err command(PF_Cmd command, void* extra = nullptr);
 
     // The frame of the effect's own layer, in the depth and component order of the host's worlds.
-    void setInput(TestFrame frame);
-    const TestFrame& input() const { return state_->input; }
-    // Parameters by the label a user reads (see ParameterStore for by index).
-    void setSlider(const std::string& label, double value);
-    void setAngle(const std::string& label, double degrees);
-    void setCheckbox(const std::string& label, bool checked);
-    void setPopup(const std::string& label, int choice);
-    void setColor(const std::string& label, uint8_t red, uint8_t green, uint8_t blue);
-    void setPoint(const std::string& label, double x, double y);
-    void setLayer(const std::string& label, std::optional<TestFrame> frame);
+    void setInput(Frame frame);
+    const Frame& input() const { return state_->input; }
+    // A parameter the effect added, by the label a user reads and the value as a user types it, in the
+    // tools' value syntax (tools/common/ParameterValues.h); points need the input first, being fractions of
+    // it. Clamped values are told on `warnings`. Throws ToolError for a label or a value that won't do.
+    void set(std::string_view label, std::string_view value, std::ostream* warnings = nullptr);
+    // A layer parameter's frame, of any size, or none.
+    void setLayer(std::string_view label, std::optional<Frame> frame);
+    // The parameters as the parameter model's records, one per host parameter after the input (list
+    // index = host index - 1), with their current values.
+    void describeParameters(Param::Parameters& list) const;
     ParameterStore& parameters() { return state_->parameters; }
 
     const PF_OutData& outData() const { return out_; }
@@ -92,6 +98,7 @@ public:
     const PF_InData& inData() const { return in_; }
     std::vector<PixelFormatRegistration> pixelFormats() const;
     std::vector<ParamUIUpdate> paramUIUpdates() const;
+    std::vector<ParameterCheckout> parameterCheckouts() const;
     int progressCalls() const { return state_->progressCalls; }
     int abortCalls() const { return state_->abortCalls; }
     int iterateCalls() const { return state_->iterateCalls; }
@@ -112,6 +119,7 @@ private:
     // Shared with the callbacks; on the heap so that its address stays fixed.
     std::unique_ptr<HostState> state_;
     PF_FilterProc entry_;
+    std::string effectName_;
     PF_UtilCallbacks utils_{};
     PF_InData in_{};
     PF_OutData out_{};
@@ -126,4 +134,4 @@ private:
     std::optional<PreRendered> preRendered_;
 };
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost
