@@ -4,7 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/ae/EffectMain.h"
@@ -23,16 +25,25 @@ struct Readings {
     double angle = 0;
     Param::ParamColor color;
     Param::ParamPoint point;
+    // The point written back as it was read, and read again.
+    Param::ParamPoint pointAgain;
     int32_t hidden = 0;
     std::string look;
 };
 Readings readings;
+// What the next render asks besides: "After" at this time in seconds, and the value of a list index.
+std::optional<double> secondsToRead;
+std::optional<int> indexToRead;
 
 struct KindsFilters {
     static Image::FilterBase<AeHost>& makeFilters(Plugins::FilterChain<AeHost>& chain,
                                                   Param::Parameters& params) {
-        readings = {params.getFloat(0), params.getColor(1), params.getPoint(2), params.getInt(3),
-                    params.getString(4)};
+        readings = {params.getFloat(0), params.getColor(1), params.getPoint(2), {},
+                    params.getInt(3),   params.getString(4)};
+        params.setPoint(readings.point, 2);
+        readings.pointAgain = params.getPoint(2);
+        if (secondsToRead) params.getFloatAtTime(5, *secondsToRead);
+        if (indexToRead) params.getFloat(*indexToRead);
         return chain.source();
     }
 };
@@ -121,6 +132,72 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
         EXPECT_EQ(readings.hidden, 7);
         EXPECT_EQ(readings.look, "Strong");
         EXPECT_THAT(host.faults(), IsEmpty());
+    }
+}
+
+// The host hands points over in pixels of the layer as the command renders it; a point the effect writes
+// back goes the same way, so a point read and written again is the point read, at any downsampling and in
+// either row direction. The plain render writes into the host's own parameter array, which the second read
+// reads.
+TEST(ParameterKinds, APointWrittenBackReadsTheSame) {
+    for (const bool flipped : {false, true}) {
+        SCOPED_TRACE(flipped ? "negative row bytes" : "positive row bytes");
+        HostSettings settings;
+        settings.negativeRowBytes = flipped;
+        settings.downsampleX = {1, 2};
+        settings.downsampleY = {1, 4};
+        SimulatedHost host(&kindsEntry, settings);
+        ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+        // A 32 x 48 layer at a half by a quarter of its resolution.
+        host.setInput(Frame::pattern(16, 12, 8, ComponentOrder::Argb));
+        host.set("Centre", "0.25, 0.75");
+        ASSERT_EQ(host.render().error, PF_Err_NONE);
+        EXPECT_EQ(readings.point.x, 4);
+        EXPECT_EQ(readings.point.y, flipped ? 12 - 1 - 9 : 9);
+        EXPECT_EQ(readings.pointAgain.x, readings.point.x);
+        EXPECT_EQ(readings.pointAgain.y, readings.point.y);
+        EXPECT_THAT(host.faults(), IsEmpty());
+    }
+}
+
+// `current_time`, `time_step` and `time_scale` count in units of 1 / time_scale seconds; the simulated
+// host's scale is 48 a second.
+TEST(ParameterKinds, ATimeInSecondsIsAskedInTheHostsTimeScale) {
+    for (const auto& [seconds, units] :
+         {std::pair{1.5, 72}, std::pair{1.0 / 3, 16}, std::pair{0.1, 5}, std::pair{-0.5, -24}}) {
+        SCOPED_TRACE(seconds);
+        SimulatedHost host(&kindsEntry);
+        ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+        host.setInput(Frame::pattern(8, 6, 8, ComponentOrder::Argb));
+        secondsToRead = seconds;
+        ASSERT_EQ(host.renderSmart().error, PF_Err_NONE);
+        secondsToRead.reset();
+        const std::vector<ParameterCheckout> checkouts = host.parameterCheckouts();
+        ASSERT_FALSE(checkouts.empty());
+        EXPECT_EQ(checkouts.back().index, 7) << "\"After\", past the string popup's two parameters";
+        EXPECT_EQ(checkouts.back().time, units);
+        EXPECT_EQ(checkouts.back().timeScale, host.inData().time_scale);
+        EXPECT_THAT(host.faults(), IsEmpty());
+    }
+}
+
+// An index past the list is the effect's own error: a clear message, and never a read past the host's
+// parameters, whether the command passed its array or the parameters are checked out.
+TEST(ParameterKinds, AnIndexPastTheListIsAnErrorWithAMessage) {
+    for (const bool plain : {true, false}) {
+        for (const int index : {6, 40, -1}) {
+            SCOPED_TRACE(std::string(plain ? "plain" : "smart") + " render, index " + std::to_string(index));
+            SimulatedHost host(&kindsEntry);
+            ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+            host.setInput(Frame::pattern(8, 6, 8, ComponentOrder::Argb));
+            indexToRead = index;
+            const RenderOutcome outcome = plain ? host.render() : host.renderSmart();
+            indexToRead.reset();
+            EXPECT_EQ(outcome.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+            EXPECT_EQ(std::string(host.outData().return_msg),
+                      "Parameter index " + std::to_string(index) + ": the effect has 6 parameters");
+            EXPECT_THAT(host.faults(), IsEmpty());
+        }
     }
 }
 
