@@ -2,8 +2,11 @@
 // wrong and a message for the user. Each tool catches it at the top, prints it and returns the code.
 #pragma once
 
+#include <exception>
+#include <ostream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace Tw::Tools {
 
@@ -29,5 +32,22 @@ public:
 private:
     ExitCode code_;
 };
+
+// Runs one command line of `program`: the exit code of the ToolError `command` throws, with its message on
+// `err` as "program: message", or success. Nothing but a ToolError is expected to leave a command; anything
+// else is told all the same, as a failed render.
+template <class Command>
+int runCommand(std::string_view program, std::ostream& err, Command&& command) {
+    try {
+        command();
+        return static_cast<int>(ExitCode::Success);
+    } catch (const ToolError& error) {
+        err << program << ": " << error.what() << "\n";
+        return static_cast<int>(error.code());
+    } catch (const std::exception& error) {
+        err << program << ": " << error.what() << "\n";
+        return static_cast<int>(ExitCode::RenderFailed);
+    }
+}
 
 }  // namespace Tw::Tools
