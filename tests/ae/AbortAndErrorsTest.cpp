@@ -8,6 +8,7 @@
 
 #include "tests/ae/BuiltBundle.h"
 #include "tests/ae/StandaloneReference.h"
+#include "tests/ae/TestFrames.h"
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
@@ -29,7 +30,7 @@ struct RenderRun {
 RenderRun renderWith(const std::string& entry, const HostSettings& settings) {
     SimulatedHost host(bundleEntry(entry), settings);
     EXPECT_EQ(host.paramsSetup(), PF_Err_NONE);
-    host.setInput(Frame::pattern(kWidth, kHeight, settings.depth, ComponentOrder::Argb, 11));
+    host.setInput(patternFrame(kWidth, kHeight, settings.depth, ComponentOrder::Argb, 11));
     applySettings(host, busySettingsOf(entry));
     RenderRun run{host.renderSmart(), host.progressCalls(), host.abortCalls(), host.allocationCalls()};
     // Nothing left: host memory given back, worlds disposed of, and (checked by the host after each

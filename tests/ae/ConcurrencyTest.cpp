@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/ae/BuiltBundle.h"
+#include "tests/ae/TestFrames.h"
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
@@ -38,14 +39,14 @@ Result renderJob(const Job& job) {
         result.faults.push_back("setup failed");
         return result;
     }
-    host.setInput(Frame::pattern(48 + static_cast<int32_t>(job.seed % 3) * 8, 40, job.depth,
-                                 ComponentOrder::Argb, job.seed));
+    host.setInput(patternFrame(48 + static_cast<int32_t>(job.seed % 3) * 8, 40, job.depth,
+                               ComponentOrder::Argb, job.seed));
     const std::string entry = job.entry;
     if (entry == "BlurEntry") host.set("Radius", std::to_string(2 + job.seed % 4));
     if (entry == "SmoothingEntry") host.set("Smoothing Amount", std::to_string(6 + job.seed % 5));
     if (entry == "MaxEntry") host.set("Radius", std::to_string(1 + job.seed % 3));
     if (entry == "BlendEntry") {
-        host.setLayer("Layer", Frame::pattern(32, 24, job.depth, ComponentOrder::Argb, job.seed + 100));
+        host.setLayer("Layer", patternFrame(32, 24, job.depth, ComponentOrder::Argb, job.seed + 100));
         host.set("Blend Mode", std::to_string(job.seed % 41));
     }
     result.outcome = host.renderSmart();

@@ -11,6 +11,7 @@
 
 #include "host/ae/EffectMain.h"
 #include "plugins/FilterPlugin.h"
+#include "tests/ae/TestFrames.h"
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
@@ -115,7 +116,7 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
         settings.negativeRowBytes = flipped;
         SimulatedHost host(&kindsEntry, settings);
         ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
-        host.setInput(Frame::pattern(16, 12, 8, ComponentOrder::Argb));
+        host.setInput(patternFrame(16, 12, 8, ComponentOrder::Argb));
         host.set("Direction", "45.5");
         host.set("Tint", "1, 0, 0.2");
         host.set("Centre", "0.625, 0.25");
@@ -149,7 +150,7 @@ TEST(ParameterKinds, APointWrittenBackReadsTheSame) {
         SimulatedHost host(&kindsEntry, settings);
         ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
         // A 32 x 48 layer at a half by a quarter of its resolution.
-        host.setInput(Frame::pattern(16, 12, 8, ComponentOrder::Argb));
+        host.setInput(patternFrame(16, 12, 8, ComponentOrder::Argb));
         host.set("Centre", "0.25, 0.75");
         ASSERT_EQ(host.render().error, PF_Err_NONE);
         EXPECT_EQ(readings.point.x, 4);
@@ -168,7 +169,7 @@ TEST(ParameterKinds, ATimeInSecondsIsAskedInTheHostsTimeScale) {
         SCOPED_TRACE(seconds);
         SimulatedHost host(&kindsEntry);
         ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
-        host.setInput(Frame::pattern(8, 6, 8, ComponentOrder::Argb));
+        host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
         secondsToRead = seconds;
         ASSERT_EQ(host.renderSmart().error, PF_Err_NONE);
         secondsToRead.reset();
@@ -189,7 +190,7 @@ TEST(ParameterKinds, AnIndexPastTheListIsAnErrorWithAMessage) {
             SCOPED_TRACE(std::string(plain ? "plain" : "smart") + " render, index " + std::to_string(index));
             SimulatedHost host(&kindsEntry);
             ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
-            host.setInput(Frame::pattern(8, 6, 8, ComponentOrder::Argb));
+            host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
             indexToRead = index;
             const RenderOutcome outcome = plain ? host.render() : host.renderSmart();
             indexToRead.reset();

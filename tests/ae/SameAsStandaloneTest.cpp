@@ -14,6 +14,7 @@
 #include "plugins/EffectRegistry.h"
 #include "tests/ae/BuiltBundle.h"
 #include "tests/ae/StandaloneReference.h"
+#include "tests/ae/TestFrames.h"
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
@@ -86,9 +87,9 @@ TEST(SameAsStandalone, EveryEffectOfTheRegistryInBothHostsWorldsAtEveryDepth) {
                         HostSettings host;
                         host.application = application;
                         host.depth = depth;
-                        const Frame input = Frame::pattern(kWidth, kHeight, depth, orderOf(host), 1);
+                        const Frame input = patternFrame(kWidth, kHeight, depth, orderOf(host), 1);
                         const Frame layer =
-                            Frame::pattern(kWidth, kHeight, depth, orderOf(host), 40).flippedVertically();
+                            patternFrame(kWidth, kHeight, depth, orderOf(host), 40).flippedVertically();
                         const Comparison result = renderBoth(effect, settings, host, input, layer, command);
                         EXPECT_TRUE(result.bundle == result.standalone)
                             << firstDifference(result.bundle, result.standalone);
@@ -121,7 +122,7 @@ TEST(SameAsStandalone, DownsampledRendersScaleTheRadii) {
         HostSettings settings;
         settings.downsampleX = c.x;
         settings.downsampleY = c.y;
-        const Frame input = Frame::pattern(kWidth, kHeight, 8, ComponentOrder::Argb, 3);
+        const Frame input = patternFrame(kWidth, kHeight, 8, ComponentOrder::Argb, 3);
         const Effect& effect = effectNamed(c.entry);
         const Comparison result = renderBoth(effect, effect.busySettings, settings, input, input);
         EXPECT_TRUE(result.bundle == result.standalone) << firstDifference(result.bundle, result.standalone);
@@ -137,8 +138,8 @@ TEST(SameAsStandalone, WorldsWithNegativeRowBytesRenderTheFlippedPicture) {
         HostSettings settings;
         settings.application = application;
         settings.negativeRowBytes = true;
-        const Frame input = Frame::pattern(kWidth, kHeight, 8, orderOf(settings), 4);
-        const Frame layer = Frame::pattern(kWidth, kHeight, 8, orderOf(settings), 60);
+        const Frame input = patternFrame(kWidth, kHeight, 8, orderOf(settings), 4);
+        const Frame layer = patternFrame(kWidth, kHeight, 8, orderOf(settings), 60);
         for (const Effect& effect : Plugins::effectRegistry<Host::Standalone::Host>()) {
             SCOPED_TRACE(std::string(effect.entryName) + (application == Application::PremierePro
                                                               ? " in Premiere Pro"
@@ -188,7 +189,7 @@ TEST(SameAsStandalone, HostsWithOtherThreadsAndSuitesRenderTheSamePixels) {
         settings.optionalSuites = c.optionalSuites;
         settings.basicSuite = c.basicSuite;
         settings.depth = c.depth;
-        const Frame input = Frame::pattern(kWidth, kHeight, c.depth, ComponentOrder::Argb, 5);
+        const Frame input = patternFrame(kWidth, kHeight, c.depth, ComponentOrder::Argb, 5);
         for (const char* entry : {"SmoothingEntry", "BlurEntry", "MinEntry"}) {
             SCOPED_TRACE(std::string(entry) + " with " + c.what);
             SimulatedHost host(bundleEntry(entry), settings);

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/ae/TestFrames.h"
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
@@ -150,13 +151,13 @@ TEST(SimulatedHost, CatchesEveryMisuseOfItsProtocol) {
         SCOPED_TRACE(c.fault);
         misuse = c.misuse;
         SimulatedHost host(&standIn);
-        host.setInput(Frame::pattern(8, 6, 8, ComponentOrder::Argb));
+        host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
         host.renderSmart();
         EXPECT_THAT(host.faults(), Contains(HasSubstr(c.fault)));
     }
     misuse = Misuse::None;
     SimulatedHost host(&standIn);
-    host.setInput(Frame::pattern(8, 6, 8, ComponentOrder::Argb));
+    host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
     const RenderOutcome outcome = host.renderSmart();
     EXPECT_EQ(outcome.output, host.input());
     EXPECT_THAT(host.faults(), IsEmpty());

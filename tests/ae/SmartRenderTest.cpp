@@ -13,6 +13,7 @@
 
 #include "tests/ae/BuiltBundle.h"
 #include "tests/ae/StandaloneReference.h"
+#include "tests/ae/TestFrames.h"
 #include "tools/aehost/SimulatedHost.h"
 
 // Rectangles compared and printed by the assertions, which look for these beside PF_LRect.
@@ -66,7 +67,7 @@ Frame standalonePart(const std::string& entry, const Frame& input, const PF_LRec
 std::unique_ptr<SimulatedHost> preparedHost(const std::string& entry, HostSettings settings = {}) {
     auto host = std::make_unique<SimulatedHost>(bundleEntry(entry), settings);
     EXPECT_EQ(host->paramsSetup(), PF_Err_NONE);
-    host->setInput(Frame::pattern(kWidth, kHeight, settings.depth, ComponentOrder::Argb, 7));
+    host->setInput(patternFrame(kWidth, kHeight, settings.depth, ComponentOrder::Argb, 7));
     applySettings(*host, busySettingsOf(entry));
     return host;
 }
@@ -138,7 +139,7 @@ TEST(SmartPreRender, BlendChecksOutItsLayerCentredOnTheInput) {
     for (const auto& [width, height] : {std::pair{40, 30}, std::pair{80, 60}, std::pair{kWidth, kHeight}}) {
         SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
         const auto host = preparedHost("BlendEntry");
-        host->setLayer("Layer", Frame::pattern(width, height, 8, ComponentOrder::Argb, 8));
+        host->setLayer("Layer", patternFrame(width, height, 8, ComponentOrder::Argb, 8));
         const PreRenderOutcome pre = host->smartPreRender(kWhole);
         ASSERT_EQ(pre.error, PF_Err_NONE);
         ASSERT_EQ(pre.checkouts.size(), 3u);
@@ -176,7 +177,7 @@ TEST(SmartRender, BlendWithALayerOfAnotherSizeMatchesTheStandaloneHost) {
                 settings.depth = depth;
                 const auto host = preparedHost("BlendEntry", settings);
                 const Frame layer =
-                    Frame::pattern(width, height, depth, ComponentOrder::Argb, 9).flippedVertically();
+                    patternFrame(width, height, depth, ComponentOrder::Argb, 9).flippedVertically();
                 host->setLayer("Layer", layer);
                 const RenderOutcome outcome = host->renderSmart(request);
                 ASSERT_EQ(outcome.error, PF_Err_NONE);

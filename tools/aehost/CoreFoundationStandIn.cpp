@@ -29,7 +29,7 @@ MainBundle& mainBundle() {
     return bundle;
 }
 
-// A misuse is the fault of the command that made it; outside any command it can't be told to a test.
+// A misuse is the fault of the command that made it; outside any command it can't be told to anyone.
 void misuse(const std::string& what) {
     if (HostState* host = HostState::current()) host->audit.fault(what);
 }

@@ -1,6 +1,6 @@
 // The CoreFoundation calls by which the adapter tells which application hosts it and its version. On
 // macOS they come from the system; on Linux the adapter looks them up in the host process, and the
-// simulated host defines them with C linkage in its test programs (which must export them: CMake's
+// simulated host defines them with C linkage in the programs that link it (which must export them: CMake's
 // ENABLE_EXPORTS). The main bundle is process-wide, as in a real process; each command sets it from its
 // host's settings before it runs.
 //

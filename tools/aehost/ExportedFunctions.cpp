@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <string_view>
 
 namespace Tw::Tools::AeHost {
 namespace {

@@ -1,12 +1,11 @@
-// Frame: the frames the tests hand to a host and get back, held plainly: rows from top to bottom with no
+// Frame: the frames a caller hands to the host and gets back, held plainly: rows from top to bottom with no
 // padding, four components a pixel in ARGB or BGRA order, at 8 bits (white 255), 16 bits (white 32768) or
-// float (white 1). It converts to and from the system's ImageBuffer, so that the bundle's output can be
-// compared with the standalone host's render of the same frame.
+// float (white 1). It converts to and from the system's ImageBuffer, in which files are read and written and
+// the standalone host renders.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -25,10 +24,6 @@ struct Frame {
 
     // Every byte zero.
     static Frame blank(int32_t width, int32_t height, int depth, ComponentOrder order);
-    // A picture with structure for filters to act on: ramps in red and green, a hard vertical edge and a
-    // diagonal one in blue, and alpha that is mostly opaque but half and fully transparent in places. Float
-    // frames also hold values a little outside 0..1. `seed` shifts the ramps, so that frames differ.
-    static Frame pattern(int32_t width, int32_t height, int depth, ComponentOrder order, uint32_t seed = 0);
     // The pixels of `image` (any row stride), in its depth and order.
     static Frame copyOf(const Image::ImageBuffer& image);
 
@@ -49,10 +44,5 @@ struct Frame {
 
     friend bool operator==(const Frame&, const Frame&) = default;
 };
-
-// Where two frames first differ, for failure messages; empty when they are equal.
-std::string firstDifference(const Frame& actual, const Frame& expected);
-// How assertions show a frame: its shape, not its pixels.
-void PrintTo(const Frame& frame, std::ostream* out);
 
 }  // namespace Tw::Tools::AeHost

@@ -1,6 +1,7 @@
 // What the simulated host found wrong in the way an effect used it: a callback called where a real host
-// forbids it, a resource left behind, a world written out of bounds. Every test ends by asserting that the
-// list is empty, so that a fault anywhere in the protocol fails the test that provoked it. Thread-safe.
+// forbids it, a resource left behind, a world written out of bounds. The tests assert that the list is
+// empty, so that a fault anywhere in the protocol fails the test that provoked it, and aehost lists it and
+// fails the run. Thread-safe.
 #pragma once
 
 #include <mutex>

@@ -1,6 +1,6 @@
 // The host's memory handles, as PF_UtilCallbacks hands them out: a handle points at a master pointer that
 // points at the bytes, so that the bytes may move when the handle is resized. The table knows every live
-// handle, so that a test can tell that nothing leaked and a call with a stranger's handle is a fault.
+// handle, so that a caller can tell that nothing leaked and a call with a stranger's handle is a fault.
 // Thread-safe: the adapter allocates from its workers.
 #pragma once
 

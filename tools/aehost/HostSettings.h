@@ -1,4 +1,4 @@
-// The switches of the simulated After Effects host: what real hosts vary and what a test may provoke.
+// The switches of the simulated After Effects host: what real hosts vary and what a caller may provoke.
 // The defaults are After Effects on a 13.x interface with four workers, 8-bit worlds whose rows run down
 // in memory, full resolution, every suite offered and nothing refused.
 #pragma once
