@@ -83,8 +83,8 @@ public:
     void setInput(Frame frame);
     const Frame& input() const { return state_->input; }
     // A parameter the effect added, by the label a user reads and the value as a user types it, in the
-    // tools' value syntax (tools/common/ParameterValues.h); points need the input first, being fractions of
-    // it. Clamped values are told on `warnings`. Throws ToolError for a label or a value that won't do.
+    // tools' value syntax (tools/common/ParameterValues.h). Clamped values are told on `warnings`. Throws
+    // ToolError for a label or a value that won't do.
     void set(std::string_view label, std::string_view value, std::ostream* warnings = nullptr);
     // A layer parameter's frame, of any size, or none.
     void setLayer(std::string_view label, std::optional<Frame> frame);
