@@ -1,6 +1,6 @@
 // A bundle with one effect that breaks the host's protocol while rendering right: at PF_Cmd_RENDER it
-// copies its 8-bit input to its output but keeps a suite it acquired. aehost must render it, list the
-// fault and say so in its exit code.
+// copies its 8-bit input to its output but keeps a suite it acquired and a memory handle it took. aehost
+// must render it, list the faults and say so in its exit code.
 #include <cstring>
 
 #include "host/ae/sdk/AeSdk.h"
@@ -15,6 +15,7 @@ extern "C" __attribute__((visibility("default"))) PF_Err LeakyEntry(PF_Cmd comma
                     reinterpret_cast<const char*>(input.data) + y * input.rowbytes,
                     static_cast<std::size_t>(output->width) * 4);
     }
+    in->utils->host_new_handle(64);
     const void* kept = nullptr;
     return in->pica_basicP->AcquireSuite(kPFWorldSuite, kPFWorldSuiteVersion2, &kept);
 }

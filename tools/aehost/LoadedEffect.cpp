@@ -66,6 +66,7 @@ void LoadedEffect::listFaults() const {
 }
 
 void LoadedEffect::reportFaults() const {
+    expectSuccess(host_->globalSetdown(), "PF_Cmd_GLOBAL_SETDOWN");
     listFaults();
     if (const std::size_t count = host_->faults().size()) {
         throw ToolError(ExitCode::ProtocolFault, effect_.entryName + " broke the host's protocol " +

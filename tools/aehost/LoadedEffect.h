@@ -31,8 +31,8 @@ public:
     // Throws ToolError with ExitCode::RenderFailed when the effect answered `command` with an error,
     // with the message it left for the user, after listing the faults the host saw.
     void expectSuccess(PF_Err error, std::string_view command) const;
-    // Lists the protocol faults the host saw; throws ToolError with ExitCode::ProtocolFault if there were
-    // any.
+    // Ends the session with PF_Cmd_GLOBAL_SETDOWN and lists the protocol faults the host saw; throws
+    // ToolError with ExitCode::ProtocolFault if there were any.
     void reportFaults() const;
 
 private:

@@ -49,6 +49,8 @@ public:
     PF_Err add(PF_ParamIndex index, const PF_ParamDef& definition);
 
     const std::deque<RecordedParameter>& recorded() const { return recorded_; }
+    // The memory handles the host keeps as parameter values and defaults.
+    std::size_t ownedHandleCount() const { return ownedHandles_.size(); }
     int count() const { return static_cast<int>(recorded_.size()); }
     // The current value as a full definition; null for an index the effect never added.
     const PF_ParamDef* value(PF_ParamIndex index) const;

@@ -286,6 +286,14 @@ PF_Err SimulatedHost::command(PF_Cmd commandNumber, void* extra) {
     return send(command, nullptr, nullptr, extra, false);
 }
 
+PF_Err SimulatedHost::globalSetdown() {
+    const PF_Err error = command(PF_Cmd_GLOBAL_SETDOWN);
+    const std::size_t held = state_->handles.liveCount() - state_->parameters.ownedHandleCount();
+    if (held > 0)
+        state_->audit.fault("memory handles the effect took and never gave back: " + std::to_string(held));
+    return error;
+}
+
 void SimulatedHost::setInput(Frame frame) {
     int depth = 0;
     ComponentOrder order{};

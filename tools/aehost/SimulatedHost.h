@@ -78,6 +78,9 @@ public:
     PF_Err updateParamsUI();
     // Any command, with no parameter array, output or extra unless given.
     PF_Err command(PF_Cmd command, void* extra = nullptr);
+    // PF_Cmd_GLOBAL_SETDOWN, as a host sends it at the end: after it the effect holds no memory of the
+    // host's beyond the parameter values the host keeps, and a handle it still holds is a fault.
+    PF_Err globalSetdown();
 
     // The frame of the effect's own layer, in the depth and component order of the host's worlds.
     void setInput(Frame frame);
