@@ -17,7 +17,8 @@ case, or by its display name where only one effect has it.
 The render sends the effect the host's commands: global setup, parameter setup, then smart pre-render
 and smart render (or plain render), with the host's callbacks and suites, and checks after each command
 what a real host relies on: suites released, parameters and layers checked in, worlds disposed of, no
-write outside a world. Every breach is a protocol fault.
+write outside a world; and it ends with PF_Cmd_GLOBAL_SETDOWN, after which the effect may hold no memory
+of the host's. Every breach is a protocol fault.
 
 Render options:
   -i, --input FILE         the image: PNG, JPEG, TIFF, OpenEXR, DPX and others
