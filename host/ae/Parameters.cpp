@@ -1,12 +1,16 @@
 #include "host/ae/Parameters.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <new>
+#include <string>
 
 #include "host/ae/FixedPoint.h"
 #include "host/ae/Host.h"
 #include "host/ae/HostHandle.h"
 #include "host/ae/HostIndex.h"
+#include "image/core/Exception.h"
 
 namespace Tw::Host::AE {
 
@@ -18,6 +22,15 @@ namespace ParamFlag = Param::ParamFlag;
 
 namespace {
 
+// The host time of a read at `seconds`: the frame duration times the seconds, cut to a whole number.
+// That is how the effects have always asked, and what their saved projects were made with.
+A_long hostTime(const PF_InData& in, double seconds) {
+    const double units = std::trunc(static_cast<double>(in.time_step) * seconds);
+    constexpr double kLowest = std::numeric_limits<A_long>::min();
+    constexpr double kHighest = std::numeric_limits<A_long>::max();
+    return static_cast<A_long>(std::isnan(units) ? 0.0 : std::clamp(units, kLowest, kHighest));
+}
+
 // One parameter's definition for the length of one operation. When the command passed the host's
 // parameter array it is the host's own, so that a write reaches the host; without the array (smart
 // pre-render and render), and always for another time, it is checked out and checked in again when the
@@ -27,11 +40,16 @@ public:
     HostDefinition(const Host& host, PF_ParamIndex hostIndex, std::optional<double> seconds = std::nullopt)
         : in_(*host.inData) {
         if (host.params && !seconds) {
+            // The array holds num_params definitions, the input layer's first.
+            if (hostIndex < 1 || hostIndex >= in_.num_params) {
+                throw Exception("Parameter " + std::to_string(hostIndex),
+                                "the host passed only " + std::to_string(in_.num_params) + " parameters");
+            }
             definition_ = host.params[hostIndex];
             return;
         }
         // A refused checkout leaves the definition zeroed, and it reads as zero.
-        const A_long time = seconds ? static_cast<A_long>(in_.time_step * *seconds) : in_.current_time;
+        const A_long time = seconds ? hostTime(in_, *seconds) : in_.current_time;
         in_.inter.checkout_param(in_.effect_ref, hostIndex, time, in_.time_step, in_.time_scale, &local_);
     }
     ~HostDefinition() {
@@ -69,6 +87,14 @@ PF_ParamDef definitionCopy(const Host& host, PF_ParamIndex hostIndex) {
     return *definition;
 }
 
+PF_ParamIndex Parameters::hostIndex(int index) const {
+    if (index < 0 || index >= static_cast<int>(records.size())) {
+        throw Exception("Parameter index " + std::to_string(index),
+                        "the effect has " + std::to_string(records.size()) + " parameters");
+    }
+    return hostIndexOf(records, index);
+}
+
 const ParamRecord* Parameters::recordOrNull(int index) const {
     return index >= 0 && index < static_cast<int>(records.size()) ? &records[index] : nullptr;
 }
@@ -89,12 +115,12 @@ std::int32_t Parameters::popupBase(int index) const {
 }
 
 PF_ParamIndex Parameters::textIndex(int index) const {
-    const PF_ParamIndex hostIndex = hostIndexOf(records, index);
-    return isKind(index, ParamKind::StringPopup) ? hostIndex - 1 : hostIndex;
+    const PF_ParamIndex popup = hostIndex(index);
+    return isKind(index, ParamKind::StringPopup) ? popup - 1 : popup;
 }
 
 double Parameters::readFloat(int index, std::optional<double> seconds) const {
-    const HostDefinition definition(host_, hostIndexOf(records, index), seconds);
+    const HostDefinition definition(host_, hostIndex(index), seconds);
     if (!isAngle(index)) return definition->u.fs_d.value;
     A_FpLong degrees = 0;
     const PF_AngleParamSuite1* suite = host_.suites.angleParam;
@@ -105,11 +131,11 @@ double Parameters::readFloat(int index, std::optional<double> seconds) const {
 }
 
 std::int32_t Parameters::readWord(int index, std::optional<double> seconds) const {
-    return HostDefinition(host_, hostIndexOf(records, index), seconds)->u.pd.value;
+    return HostDefinition(host_, hostIndex(index), seconds)->u.pd.value;
 }
 
 ParamColor Parameters::readColor(int index, std::optional<double> seconds) const {
-    const HostDefinition definition(host_, hostIndexOf(records, index), seconds);
+    const HostDefinition definition(host_, hostIndex(index), seconds);
     PF_PixelFloat color{};
     const PF_ColorParamSuite1* suite = host_.suites.colorParam;
     if (suite && suite->PF_GetFloatingPointColorFromColorDef(host_.inData->effect_ref, &*definition,
@@ -120,7 +146,7 @@ ParamColor Parameters::readColor(int index, std::optional<double> seconds) const
 }
 
 ParamPoint Parameters::readPoint(int index, std::optional<double> seconds) const {
-    const HostDefinition definition(host_, hostIndexOf(records, index), seconds);
+    const HostDefinition definition(host_, hostIndex(index), seconds);
     ParamPoint point{fromFixed(definition->u.td.x_value), fromFixed(definition->u.td.y_value)};
     // The host counts rows from the top; the filters count them in memory order, which for a world
     // stored bottom up starts at the bottom.
@@ -134,8 +160,7 @@ std::string Parameters::readString(int index, std::optional<double> seconds) con
 }
 
 std::int32_t Parameters::readPath(int index, std::optional<double> seconds) const {
-    return static_cast<std::int32_t>(
-        HostDefinition(host_, hostIndexOf(records, index), seconds)->u.path_d.path_id);
+    return static_cast<std::int32_t>(HostDefinition(host_, hostIndex(index), seconds)->u.path_d.path_id);
 }
 
 double Parameters::getFloat(int index) const {
@@ -195,7 +220,7 @@ std::int32_t Parameters::getPathAtTime(int index, double seconds) const {
 }
 
 void Parameters::setFloat(int index, double value) {
-    writeValue(host_, hostIndexOf(records, index), [&](PF_ParamDefUnion& u) {
+    writeValue(host_, hostIndex(index), [&](PF_ParamDefUnion& u) {
         if (isAngle(index)) {
             u.ad.value = toFixed(value);
         } else {
@@ -205,25 +230,25 @@ void Parameters::setFloat(int index, double value) {
 }
 
 void Parameters::setInt(std::int32_t value, int index) {
-    writeValue(host_, hostIndexOf(records, index),
-               [&](PF_ParamDefUnion& u) { u.pd.value = value + popupBase(index); });
+    writeValue(host_, hostIndex(index), [&](PF_ParamDefUnion& u) { u.pd.value = value + popupBase(index); });
 }
 
 void Parameters::setBool(bool value, int index) {
-    writeValue(host_, hostIndexOf(records, index), [&](PF_ParamDefUnion& u) { u.pd.value = value ? 1 : 0; });
+    writeValue(host_, hostIndex(index), [&](PF_ParamDefUnion& u) { u.pd.value = value ? 1 : 0; });
 }
 
 void Parameters::setColor(ParamColor color, int index) {
-    writeValue(host_, hostIndexOf(records, index), [&](PF_ParamDefUnion& u) {
+    writeValue(host_, hostIndex(index), [&](PF_ParamDefUnion& u) {
         u.cd.value.red = channel8(color.red);
         u.cd.value.green = channel8(color.green);
         u.cd.value.blue = channel8(color.blue);
     });
 }
 
-// The caller's point is in rendered pixels, the host's in full-resolution layer pixels.
 void Parameters::setPoint(ParamPoint point, int index) {
-    writeValue(host_, hostIndexOf(records, index), [&](PF_ParamDefUnion& u) {
+    writeValue(host_, hostIndex(index), [&](PF_ParamDefUnion& u) {
+        // Written in the host's full-resolution units and rows as they come; reads give rows in memory
+        // order at the rendered resolution. The two are not inverses, and saved projects rely on both.
         u.td.x_value = toFixed(point.x / host_.downsampleX);
         u.td.y_value = toFixed(point.y / host_.downsampleY);
     });
@@ -239,12 +264,12 @@ void Parameters::setString(const std::string& text, int index) {
 
 // The host is not told of the change.
 void Parameters::setPath(std::int32_t pathId, int index) {
-    HostDefinition(host_, hostIndexOf(records, index))->u.path_d.path_id = static_cast<PF_PathID>(pathId);
+    HostDefinition(host_, hostIndex(index))->u.path_d.path_id = static_cast<PF_PathID>(pathId);
 }
 
 void Parameters::setEnabled(bool enabled, int index) {
-    const PF_ParamIndex hostIndex = hostIndexOf(records, index);
-    PF_ParamDef copy = definitionCopy(host_, hostIndex);
+    const PF_ParamIndex control = hostIndex(index);
+    PF_ParamDef copy = definitionCopy(host_, control);
     const PF_ParamUIFlags before = copy.ui_flags;
     if (enabled) {
         copy.ui_flags &= ~PF_PUI_DISABLED;
@@ -255,7 +280,7 @@ void Parameters::setEnabled(bool enabled, int index) {
     // The update takes the twirl state from the flags as well.
     copy.flags |= PF_ParamFlag_COLLAPSE_TWIRLY;
     if (const auto* suite = host_.suites.paramUtils)
-        suite->PF_UpdateParamUI(host_.inData->effect_ref, hostIndex, &copy);
+        suite->PF_UpdateParamUI(host_.inData->effect_ref, control, &copy);
 }
 
 }  // namespace Tw::Host::AE

@@ -32,7 +32,8 @@ public:
     std::int32_t getInt(int index) const override;
     bool getBool(int index) const override;
     Param::ParamColor getColor(int index) const override;
-    // In pixels of the rendered layer, as the host keeps points.
+    // In pixels of the rendered layer, rows counted in memory order. The host hands points over already
+    // scaled to the command's downsampling, so neither direction scales them again.
     Param::ParamPoint getPoint(int index) const override;
     std::string getString(int index) const override;
     std::int32_t getPath(int index) const override;
@@ -68,6 +69,9 @@ public:
     double fromHostAngle(double angle) const override { return 90.0 - angle; }
 
 private:
+    // The host index of list index `index`; an index outside the list throws, so that no read or write
+    // goes past the host's parameters.
+    PF_ParamIndex hostIndex(int index) const;
     // Null past the end of the list.
     const Param::ParamRecord* recordOrNull(int index) const;
     bool isKind(int index, Param::ParamKind kind) const;

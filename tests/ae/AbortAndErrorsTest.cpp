@@ -6,10 +6,12 @@
 #include <set>
 #include <string>
 
-#include "tests/ae/EffectSettings.h"
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/BuiltBundle.h"
+#include "tests/ae/StandaloneReference.h"
+#include "tests/ae/TestFrames.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::IsEmpty;
@@ -26,10 +28,10 @@ struct RenderRun {
 };
 
 RenderRun renderWith(const std::string& entry, const HostSettings& settings) {
-    SimulatedHost host(entry, settings);
+    SimulatedHost host(bundleEntry(entry), settings);
     EXPECT_EQ(host.paramsSetup(), PF_Err_NONE);
-    host.setInput(TestFrame::pattern(kWidth, kHeight, settings.depth, ComponentOrder::ARGB, 11));
-    applySettings(host, settingsFor(entry));
+    host.setInput(patternFrame(kWidth, kHeight, settings.depth, ComponentOrder::Argb, 11));
+    applySettings(host, busySettingsOf(entry));
     RenderRun run{host.renderSmart(), host.progressCalls(), host.abortCalls(), host.allocationCalls()};
     // Nothing left: host memory given back, worlds disposed of, and (checked by the host after each
     // command) suites released, parameters and layers checked in.
@@ -102,4 +104,4 @@ TEST(AbortAndErrors, ARefusedAllocationEndsInOutOfMemoryWithNothingLeft) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -7,9 +7,10 @@
 #include <cstring>
 #include <string>
 
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/BuiltBundle.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::IsEmpty;
@@ -38,7 +39,7 @@ protected:
     }
     void TearDown() override { EXPECT_THAT(host.faults(), IsEmpty()); }
 
-    SimulatedHost host{"BlurEntry"};
+    SimulatedHost host{bundleEntry("BlurEntry")};
 };
 
 TEST_F(ArbitraryData, OnlyOurTagPassesOnEverySubCommand) {
@@ -226,4 +227,4 @@ TEST_F(ArbitraryData, ASubCommandPastTheLastDoesNothing) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -13,7 +13,7 @@
 #include "host/standalone/Host.h"
 #include "plugins/EffectRegistry.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 // What `command` writes on standard output; fails the test if it can't run.
@@ -81,4 +81,4 @@ TEST(BundleLink, ItExportsExactlyTheEntryPoints) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -6,16 +6,17 @@
 #include <cstring>
 #include <string>
 
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/BuiltBundle.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::IsEmpty;
 
 TEST(Commands, UnknownCommandsAndAboutAnswerNoneAndTouchNothing) {
     for (const char* entry : {"BalanceEntry", "BlendEntry", "SmoothingEntry"}) {
-        SimulatedHost host(entry);
+        SimulatedHost host(bundleEntry(entry));
         ASSERT_EQ(host.globalSetup(), PF_Err_NONE);
         ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
         for (const PF_Cmd command : {PF_Cmd_ABOUT, PF_Cmd_SEQUENCE_SETUP, PF_Cmd_SEQUENCE_SETDOWN,
@@ -37,10 +38,10 @@ TEST(Commands, UnknownCommandsAndAboutAnswerNoneAndTouchNothing) {
 
 // None of the effects asks for these; they still answer, and change no value and no control.
 TEST(Commands, ParameterUICommandsChangeNothing) {
-    SimulatedHost host("BlendEntry");
+    SimulatedHost host(bundleEntry("BlendEntry"));
     ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
-    host.setPopup("Blend Mode", 7);
-    host.setSlider("Opacity", 33);
+    host.set("Blend Mode", "6");
+    host.set("Opacity", "33");
     for (PF_ParamIndex index = 1; index <= host.parameters().count(); ++index)
         EXPECT_EQ(host.userChangedParam(index), PF_Err_NONE) << index;
     EXPECT_EQ(host.updateParamsUI(), PF_Err_NONE);
@@ -50,5 +51,17 @@ TEST(Commands, ParameterUICommandsChangeNothing) {
     EXPECT_THAT(host.faults(), IsEmpty());
 }
 
+// A project reopened: the values stay with their identifiers when the effect adds its list again.
+TEST(Commands, ValuesSurviveASecondParameterSetupByIdentifier) {
+    SimulatedHost host(bundleEntry("BlendEntry"));
+    ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+    host.set("Blend Mode", "Multiply");
+    host.set("Opacity", "40");
+    ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+    EXPECT_EQ(host.parameters().value(2)->u.pd.value, 3) << "\"Multiply\", the third mode";
+    EXPECT_EQ(host.parameters().value(3)->u.fs_d.value, 40.0);
+    EXPECT_THAT(host.faults(), IsEmpty());
+}
+
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -8,9 +8,11 @@
 #include <thread>
 #include <vector>
 
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/BuiltBundle.h"
+#include "tests/ae/TestFrames.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::IsEmpty;
@@ -31,20 +33,21 @@ Result renderJob(const Job& job) {
     HostSettings settings;
     settings.depth = job.depth;
     settings.workerCount = 3;
-    SimulatedHost host(job.entry, settings);
+    SimulatedHost host(bundleEntry(job.entry), settings);
     Result result;
     if (host.globalSetup() != PF_Err_NONE || host.paramsSetup() != PF_Err_NONE) {
         result.faults.push_back("setup failed");
         return result;
     }
-    host.setInput(TestFrame::pattern(48 + static_cast<int32_t>(job.seed % 3) * 8, 40, job.depth,
-                                     ComponentOrder::ARGB, job.seed));
-    if (std::string(job.entry) == "BlurEntry") host.setSlider("Radius", 2 + job.seed % 4);
-    if (std::string(job.entry) == "SmoothingEntry") host.setSlider("Smoothing Amount", 6 + job.seed % 5);
-    if (std::string(job.entry) == "MaxEntry") host.setSlider("Radius", 1 + job.seed % 3);
-    if (std::string(job.entry) == "BlendEntry") {
-        host.setLayer("Layer", TestFrame::pattern(32, 24, job.depth, ComponentOrder::ARGB, job.seed + 100));
-        host.setPopup("Blend Mode", 1 + static_cast<int>(job.seed % 41));
+    host.setInput(patternFrame(48 + static_cast<int32_t>(job.seed % 3) * 8, 40, job.depth,
+                               ComponentOrder::Argb, job.seed));
+    const std::string entry = job.entry;
+    if (entry == "BlurEntry") host.set("Radius", std::to_string(2 + job.seed % 4));
+    if (entry == "SmoothingEntry") host.set("Smoothing Amount", std::to_string(6 + job.seed % 5));
+    if (entry == "MaxEntry") host.set("Radius", std::to_string(1 + job.seed % 3));
+    if (entry == "BlendEntry") {
+        host.setLayer("Layer", patternFrame(32, 24, job.depth, ComponentOrder::Argb, job.seed + 100));
+        host.set("Blend Mode", std::to_string(job.seed % 41));
     }
     result.outcome = host.renderSmart();
     result.faults = host.faults();
@@ -85,4 +88,4 @@ TEST(Concurrency, FramesRenderedAtOnceMatchFramesRenderedAlone) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

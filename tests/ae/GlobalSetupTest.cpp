@@ -9,11 +9,12 @@
 
 #include "host/standalone/Host.h"
 #include "plugins/EffectRegistry.h"
-#include "tests/ae/CoreFoundationStandIn.h"
+#include "tests/ae/BuiltBundle.h"
 #include "tests/ae/RefusedAllocations.h"
-#include "tests/ae/SimulatedHost.h"
+#include "tools/aehost/CoreFoundationStandIn.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::ElementsAre;
@@ -62,7 +63,7 @@ TEST(GlobalSetup, EveryEntryReportsItsVersionFlagsAndFormats) {
             SCOPED_TRACE(entry + (suite2 ? " with both pixel format suites" : " with version 1 alone"));
             HostSettings settings;
             settings.pixelFormatSuite2 = suite2;
-            SimulatedHost host(entry, settings);
+            SimulatedHost host(bundleEntry(entry), settings);
             EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
             EXPECT_EQ(host.outData().my_version, kVersion4_0_10);
             EXPECT_EQ(host.outData().out_flags,
@@ -93,7 +94,7 @@ TEST(GlobalSetup, UnderPremiere902AnEffectWithALayerParameterRegistersNoFormat) 
         HostSettings settings;
         settings.application = c.application;
         settings.bundleVersion = c.version;
-        SimulatedHost host(c.entry, settings);
+        SimulatedHost host(bundleEntry(c.entry), settings);
         EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
         EXPECT_EQ(host.pixelFormats().size(), c.formats);
         EXPECT_EQ(host.outData().my_version, kVersion4_0_10);
@@ -110,7 +111,7 @@ TEST(GlobalSetup, AFailedSetupStillReportsTheVersionAndFlags) {
         HostSettings settings;
         settings.application = Application::PremierePro;
         settings.bundleVersion = kPremiere9_0_2;
-        SimulatedHost host(entry, settings);
+        SimulatedHost host(bundleEntry(entry), settings);
         PF_Err result;
         {
             const RefusedAllocations refusal;
@@ -131,7 +132,7 @@ TEST(GlobalSetup, AFailedSetupStillReportsTheVersionAndFlags) {
 TEST(GlobalSetup, AHostWithoutSuitesGetsNoFormatsAndNoError) {
     HostSettings settings;
     settings.basicSuite = false;
-    SimulatedHost host("SmoothingEntry", settings);
+    SimulatedHost host(bundleEntry("SmoothingEntry"), settings);
     EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
     EXPECT_THAT(host.pixelFormats(), IsEmpty());
     EXPECT_EQ(host.outData().my_version, kVersion4_0_10);
@@ -140,4 +141,4 @@ TEST(GlobalSetup, AHostWithoutSuitesGetsNoFormatsAndNoError) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -4,13 +4,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/ae/EffectMain.h"
 #include "plugins/FilterPlugin.h"
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/TestFrames.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 namespace Param = ::Tw::Host::Param;
@@ -26,12 +30,25 @@ struct Readings {
     std::string look;
 };
 Readings readings;
+// What the next render asks besides: the point written back as it was read, once, and read again; "After"
+// at this time in seconds; and the value of a list index.
+bool writePointBack = false;
+Param::ParamPoint pointAgain;
+std::optional<double> secondsToRead;
+std::optional<int> indexToRead;
 
 struct KindsFilters {
     static Image::FilterBase<AeHost>& makeFilters(Plugins::FilterChain<AeHost>& chain,
                                                   Param::Parameters& params) {
         readings = {params.getFloat(0), params.getColor(1), params.getPoint(2), params.getInt(3),
                     params.getString(4)};
+        if (writePointBack) {
+            writePointBack = false;
+            params.setPoint(readings.point, 2);
+            pointAgain = params.getPoint(2);
+        }
+        if (secondsToRead) params.getFloatAtTime(5, *secondsToRead);
+        if (indexToRead) params.getFloat(*indexToRead);
         return chain.source();
     }
 };
@@ -103,18 +120,18 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
         settings.negativeRowBytes = flipped;
         SimulatedHost host(&kindsEntry, settings);
         ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
-        host.setInput(TestFrame::pattern(16, 12, 8, ComponentOrder::ARGB));
-        host.setAngle("Direction", 45.5);
-        host.setColor("Tint", 255, 0, 51);
-        host.setPoint("Centre", 10, 3);
-        host.setPopup("Look", 3);
+        host.setInput(patternFrame(16, 12, 8, ComponentOrder::Argb));
+        host.set("Direction", "45.5");
+        host.set("Tint", "1, 0, 0.2");
+        host.set("Centre", "0.625, 0.25");
+        host.set("Look", "Strong");
         ASSERT_EQ(host.userChangedParam(6), PF_Err_NONE) << "the popup's choice is stored as its text";
 
         ASSERT_EQ(host.renderSmart().error, PF_Err_NONE);
         EXPECT_EQ(readings.angle, 45.5);
         EXPECT_EQ(readings.color.red, 1.0);
         EXPECT_EQ(readings.color.green, 0.0);
-        EXPECT_NEAR(readings.color.blue, 0.2, 1e-6);
+        EXPECT_EQ(readings.color.blue, 0.2f) << "the colour as the user set it, not its 8-bit form";
         EXPECT_EQ(readings.point.x, 10);
         EXPECT_EQ(readings.point.y, flipped ? 12 - 1 - 3 : 3) << "points follow the rows' direction";
         EXPECT_EQ(readings.hidden, 7);
@@ -123,5 +140,60 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
     }
 }
 
+// A point is read in the rendered frame's pixels and rows in memory order, and written back in full
+// resolution and the host's rows: at a downsampling and in a flipped world the two differ, and saved
+// projects hold what the writes made. A time in seconds is asked as the frame duration times the seconds,
+// cut to a whole number. The plain render writes into the host's own parameter array, which the second
+// read reads.
+TEST(ParameterKinds, PointsAndTimesConvertAsProjectsWereSaved) {
+    for (const bool flipped : {false, true}) {
+        SCOPED_TRACE(flipped ? "negative row bytes" : "positive row bytes");
+        HostSettings settings;
+        settings.negativeRowBytes = flipped;
+        settings.downsampleX = {1, 2};
+        settings.downsampleY = {1, 4};
+        SimulatedHost host(&kindsEntry, settings);
+        ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+        // A 32 x 48 layer at a half by a quarter of its resolution.
+        host.setInput(patternFrame(16, 12, 8, ComponentOrder::Argb));
+        host.set("Centre", "0.25, 0.75");
+        secondsToRead = 1.75;
+        ASSERT_EQ(host.render().error, PF_Err_NONE);
+        secondsToRead.reset();
+        EXPECT_EQ(readings.point.x, 4);
+        EXPECT_EQ(readings.point.y, flipped ? 12 - 1 - 9 : 9);
+        writePointBack = true;
+        ASSERT_EQ(host.render().error, PF_Err_NONE);
+        // Row 2 of a flipped world written as it is: 8 full-resolution rows, read back from the bottom.
+        EXPECT_EQ(pointAgain.x, 8);
+        EXPECT_EQ(pointAgain.y, flipped ? 12 - 1 - 8 : 36);
+        const std::vector<ParameterCheckout> checkouts = host.parameterCheckouts();
+        ASSERT_FALSE(checkouts.empty());
+        EXPECT_EQ(checkouts.back().index, 7) << "\"After\", past the string popup's two parameters";
+        EXPECT_EQ(checkouts.back().time, 3) << "time step 2 times 1.75 seconds";
+        EXPECT_THAT(host.faults(), IsEmpty());
+    }
+}
+
+// An index past the list is the effect's own error: a clear message, and never a read past the host's
+// parameters, whether the command passed its array or the parameters are checked out.
+TEST(ParameterKinds, AnIndexPastTheListIsAnErrorWithAMessage) {
+    for (const bool plain : {true, false}) {
+        for (const int index : {6, 40, -1}) {
+            SCOPED_TRACE(std::string(plain ? "plain" : "smart") + " render, index " + std::to_string(index));
+            SimulatedHost host(&kindsEntry);
+            ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
+            host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
+            indexToRead = index;
+            const RenderOutcome outcome = plain ? host.render() : host.renderSmart();
+            indexToRead.reset();
+            EXPECT_EQ(outcome.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+            EXPECT_EQ(std::string(host.outData().return_msg),
+                      "Parameter index " + std::to_string(index) + ": the effect has 6 parameters");
+            EXPECT_THAT(host.faults(), IsEmpty());
+        }
+    }
+}
+
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

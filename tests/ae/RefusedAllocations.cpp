@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <new>
 
-#include "tests/ae/BundleLibrary.h"
+#include "tests/ae/BuiltBundle.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 thread_local bool refusing = false;
@@ -24,7 +24,7 @@ bool calledFromBundle(const void* returnAddress) {
 
 RefusedAllocations::RefusedAllocations() {
     Dl_info info{};
-    if (dladdr(reinterpret_cast<const void*>(BundleLibrary::instance().entry("BalanceEntry")), &info))
+    if (dladdr(reinterpret_cast<const void*>(bundleEntry("BalanceEntry")), &info))
         bundleBase = info.dli_fbase;
     refusals = 0;
     refusing = true;
@@ -38,11 +38,11 @@ int RefusedAllocations::refused() const {
     return refusals;
 }
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost
 
 void* operator new(std::size_t size) {
-    if (Tw::Test::AE::refusing && Tw::Test::AE::calledFromBundle(__builtin_return_address(0))) {
-        ++Tw::Test::AE::refusals;
+    if (Tw::Tools::AeHost::refusing && Tw::Tools::AeHost::calledFromBundle(__builtin_return_address(0))) {
+        ++Tw::Tools::AeHost::refusals;
         throw std::bad_alloc();
     }
     if (void* memory = std::malloc(size ? size : 1)) return memory;

@@ -4,7 +4,7 @@
 // bundle's code on this thread throws std::bad_alloc. The host's own allocations, in its callbacks, go on.
 #pragma once
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 
 class RefusedAllocations {
 public:
@@ -17,4 +17,4 @@ public:
     int refused() const;
 };
 
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

@@ -1,7 +1,8 @@
 // The bundle through the simulated host renders exactly the pixels the standalone host renders for the
-// same frame and parameters: every effect, at every depth, in After Effects' ARGB worlds and Premiere Pro's
-// BGRA worlds, by smart and plain render, downsampled, in worlds whose rows run up in memory, and on hosts
-// that differ in threads and suites.
+// same frame and the same settings, typed once in the tools' value syntax: every effect of the registry, at
+// its defaults and at its busy settings, at every depth, in After Effects' ARGB worlds and Premiere Pro's
+// BGRA worlds, by smart and by plain render; downsampled, in worlds whose rows run up in memory, and on
+// hosts that differ in threads and suites.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,54 +12,58 @@
 
 #include "host/standalone/Host.h"
 #include "plugins/EffectRegistry.h"
-#include "tests/ae/EffectSettings.h"
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/BuiltBundle.h"
 #include "tests/ae/StandaloneReference.h"
+#include "tests/ae/TestFrames.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::IsEmpty;
+using Effect = Plugins::EffectEntry<Host::Standalone::Host>;
 
 constexpr int32_t kWidth = 64;
 constexpr int32_t kHeight = 48;
 
-std::vector<std::string> entryNames() {
-    std::vector<std::string> names;
-    for (const auto& entry : Plugins::effectRegistry<Host::Standalone::Host>())
-        names.emplace_back(entry.entryName);
-    return names;
+ComponentOrder orderOf(const HostSettings& settings) {
+    return settings.application == Application::PremierePro ? ComponentOrder::Bgra : ComponentOrder::Argb;
 }
 
-ComponentOrder orderOf(const HostSettings& settings) {
-    return settings.application == Application::PremierePro ? ComponentOrder::BGRA : ComponentOrder::ARGB;
+// The label of the effect's first layer parameter, as the host received it.
+std::string layerLabel(const SimulatedHost& host) {
+    Param::Parameters list;
+    host.describeParameters(list);
+    for (const Param::ParamRecord& record : list.records)
+        if (record.kind == Param::ParamKind::Layer) return record.label;
+    ADD_FAILURE() << "an effect that takes layers has no layer parameter";
+    return {};
 }
 
 enum class Command { SmartRender, PlainRender };
 
-// One effect on one frame, through both hosts.
+// One effect on one frame through both hosts: the bundle's render and the standalone host's. An effect
+// that takes layers gets `layer` on its first layer parameter, which the standalone host places at the
+// input's top left (the two are the same size).
 struct Comparison {
-    TestFrame bundle;
-    TestFrame standalone;
+    Frame bundle;
+    Frame standalone;
 };
 
-// Renders `entry` with its test settings over `input`; Blend gets `layer` in its "Layer" parameter, which
-// the standalone host places at the input's top left (the two are the same size).
-Comparison renderBoth(const std::string& entry, const HostSettings& settings, const TestFrame& input,
-                      const TestFrame& layer, Command command = Command::SmartRender) {
-    SimulatedHost host(entry, settings);
+Comparison renderBoth(const Effect& effect, Settings settings, const HostSettings& hostSettings,
+                      const Frame& input, const Frame& layer, Command command = Command::SmartRender) {
+    SimulatedHost host(bundleEntry(effect.entryName), hostSettings);
     EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
     EXPECT_EQ(host.paramsSetup(), PF_Err_NONE);
     host.setInput(input);
-    const std::vector<Setting> settingList = settingsFor(entry);
-    applySettings(host, settingList);
-    StandaloneRender reference = StandaloneRender::of(entry, input, settingList);
-    if (entry == "BlendEntry") {
-        host.setLayer("Layer", layer);
+    applySettings(host, settings);
+    StandaloneRender reference{effect.entryName, input, settings};
+    if (effect.inputs == Plugins::EffectInputs::Layers) {
+        host.setLayer(layerLabel(host), layer);
         reference.layers.push_back(PlacedLayer{layer, 0, 0});
     }
-    reference.downsampleX = static_cast<double>(settings.downsampleX.num) / settings.downsampleX.den;
-    reference.downsampleY = static_cast<double>(settings.downsampleY.num) / settings.downsampleY.den;
+    reference.downsampleX = static_cast<double>(hostSettings.downsampleX.num) / hostSettings.downsampleX.den;
+    reference.downsampleY = static_cast<double>(hostSettings.downsampleY.num) / hostSettings.downsampleY.den;
     const RenderOutcome outcome = command == Command::SmartRender ? host.renderSmart() : host.render();
     EXPECT_EQ(outcome.error, PF_Err_NONE);
     EXPECT_THAT(host.faults(), IsEmpty());
@@ -66,42 +71,42 @@ Comparison renderBoth(const std::string& entry, const HostSettings& settings, co
     return {outcome.output, renderStandalone(reference)};
 }
 
-TEST(SameAsStandalone, EveryEffectAtEveryDepthInBothHostsWorlds) {
-    for (const Application application : {Application::AfterEffects, Application::PremierePro}) {
-        for (const int depth : {8, 16, 32}) {
-            HostSettings settings;
-            settings.application = application;
-            settings.depth = depth;
-            const TestFrame input = TestFrame::pattern(kWidth, kHeight, depth, orderOf(settings), 1);
-            const TestFrame layer =
-                TestFrame::pattern(kWidth, kHeight, depth, orderOf(settings), 40).flippedVertically();
-            for (const std::string& entry : entryNames()) {
-                SCOPED_TRACE(
-                    entry +
-                    (application == Application::PremierePro ? " in Premiere Pro" : " in After Effects") +
-                    " at " + std::to_string(depth) + " bits");
-                const Comparison result = renderBoth(entry, settings, input, layer);
-                EXPECT_TRUE(result.bundle == result.standalone)
-                    << firstDifference(result.bundle, result.standalone);
-                EXPECT_NE(result.bundle, input) << "the settings should change the picture";
+TEST(SameAsStandalone, EveryEffectOfTheRegistryInBothHostsWorldsAtEveryDepth) {
+    for (const Effect& effect : Plugins::effectRegistry<Host::Standalone::Host>()) {
+        for (const Settings settings : {Settings{}, effect.busySettings}) {
+            for (const Application application : {Application::AfterEffects, Application::PremierePro}) {
+                for (const int depth : {8, 16, 32}) {
+                    for (const Command command : {Command::SmartRender, Command::PlainRender}) {
+                        SCOPED_TRACE(
+                            ::testing::Message()
+                            << effect.entryName << (settings.empty() ? " at its defaults" : " busy")
+                            << (application == Application::PremierePro ? " in Premiere Pro"
+                                                                        : " in After Effects")
+                            << " at " << depth << " bits"
+                            << (command == Command::SmartRender ? ", smart render" : ", plain render"));
+                        HostSettings host;
+                        host.application = application;
+                        host.depth = depth;
+                        const Frame input = patternFrame(kWidth, kHeight, depth, orderOf(host), 1);
+                        const Frame layer =
+                            patternFrame(kWidth, kHeight, depth, orderOf(host), 40).flippedVertically();
+                        const Comparison result = renderBoth(effect, settings, host, input, layer, command);
+                        EXPECT_TRUE(result.bundle == result.standalone)
+                            << firstDifference(result.bundle, result.standalone);
+                        if (!settings.empty()) {
+                            EXPECT_NE(result.bundle, input) << "busy settings change the picture";
+                        }
+                    }
+                }
             }
         }
     }
 }
 
-TEST(SameAsStandalone, PlainRenderWithTheParameterArray) {
-    for (const int depth : {8, 32}) {
-        HostSettings settings;
-        settings.depth = depth;
-        const TestFrame input = TestFrame::pattern(kWidth, kHeight, depth, ComponentOrder::ARGB, 2);
-        const TestFrame layer = TestFrame::pattern(kWidth, kHeight, depth, ComponentOrder::ARGB, 50);
-        for (const char* entry : {"BalanceEntry", "BlurEntry", "BlendEntry"}) {
-            SCOPED_TRACE(std::string(entry) + " at " + std::to_string(depth) + " bits");
-            const Comparison result = renderBoth(entry, settings, input, layer, Command::PlainRender);
-            EXPECT_TRUE(result.bundle == result.standalone)
-                << firstDifference(result.bundle, result.standalone);
-        }
-    }
+const Effect& effectNamed(const std::string& entryName) {
+    for (const Effect& effect : Plugins::effectRegistry<Host::Standalone::Host>())
+        if (entryName == effect.entryName) return effect;
+    throw std::invalid_argument("no effect " + entryName);
 }
 
 // A frame rendered at a fraction of its resolution shrinks the radii by the same fraction.
@@ -117,8 +122,9 @@ TEST(SameAsStandalone, DownsampledRendersScaleTheRadii) {
         HostSettings settings;
         settings.downsampleX = c.x;
         settings.downsampleY = c.y;
-        const TestFrame input = TestFrame::pattern(kWidth, kHeight, 8, ComponentOrder::ARGB, 3);
-        const Comparison result = renderBoth(c.entry, settings, input, input);
+        const Frame input = patternFrame(kWidth, kHeight, 8, ComponentOrder::Argb, 3);
+        const Effect& effect = effectNamed(c.entry);
+        const Comparison result = renderBoth(effect, effect.busySettings, settings, input, input);
         EXPECT_TRUE(result.bundle == result.standalone) << firstDifference(result.bundle, result.standalone);
     }
 }
@@ -132,28 +138,27 @@ TEST(SameAsStandalone, WorldsWithNegativeRowBytesRenderTheFlippedPicture) {
         HostSettings settings;
         settings.application = application;
         settings.negativeRowBytes = true;
-        const TestFrame input = TestFrame::pattern(kWidth, kHeight, 8, orderOf(settings), 4);
-        const TestFrame layer = TestFrame::pattern(kWidth, kHeight, 8, orderOf(settings), 60);
-        for (const std::string& entry : entryNames()) {
-            SCOPED_TRACE(
-                entry + (application == Application::PremierePro ? " in Premiere Pro" : " in After Effects"));
-            SimulatedHost host(entry, settings);
+        const Frame input = patternFrame(kWidth, kHeight, 8, orderOf(settings), 4);
+        const Frame layer = patternFrame(kWidth, kHeight, 8, orderOf(settings), 60);
+        for (const Effect& effect : Plugins::effectRegistry<Host::Standalone::Host>()) {
+            SCOPED_TRACE(std::string(effect.entryName) + (application == Application::PremierePro
+                                                              ? " in Premiere Pro"
+                                                              : " in After Effects"));
+            SimulatedHost host(bundleEntry(effect.entryName), settings);
             ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
             host.setInput(input);
-            applySettings(host, settingsFor(entry));
-            StandaloneRender flipped =
-                StandaloneRender::of(entry, input.flippedVertically(), settingsFor(entry));
-            if (entry == "BlendEntry") {
-                host.setLayer("Layer", layer);
+            applySettings(host, effect.busySettings);
+            StandaloneRender flipped{effect.entryName, input.flippedVertically(), effect.busySettings};
+            if (effect.inputs == Plugins::EffectInputs::Layers) {
+                host.setLayer(layerLabel(host), layer);
                 flipped.layers.push_back(PlacedLayer{layer.flippedVertically(), 0, 0});
             }
             const RenderOutcome outcome = host.renderSmart();
             ASSERT_EQ(outcome.error, PF_Err_NONE);
-            const TestFrame expected = renderStandalone(flipped).flippedVertically();
+            const Frame expected = renderStandalone(flipped).flippedVertically();
             EXPECT_TRUE(outcome.output == expected) << firstDifference(outcome.output, expected);
-            if (entry == "BalanceEntry") {
-                const TestFrame plain =
-                    renderStandalone(StandaloneRender::of(entry, input, settingsFor(entry)));
+            if (effect.entryName == std::string("BalanceEntry")) {
+                const Frame plain = renderStandalone({effect.entryName, input, effect.busySettings});
                 EXPECT_TRUE(outcome.output == plain) << firstDifference(outcome.output, plain);
             }
             EXPECT_THAT(host.faults(), IsEmpty());
@@ -184,17 +189,16 @@ TEST(SameAsStandalone, HostsWithOtherThreadsAndSuitesRenderTheSamePixels) {
         settings.optionalSuites = c.optionalSuites;
         settings.basicSuite = c.basicSuite;
         settings.depth = c.depth;
-        const TestFrame input = TestFrame::pattern(kWidth, kHeight, c.depth, ComponentOrder::ARGB, 5);
+        const Frame input = patternFrame(kWidth, kHeight, c.depth, ComponentOrder::Argb, 5);
         for (const char* entry : {"SmoothingEntry", "BlurEntry", "MinEntry"}) {
             SCOPED_TRACE(std::string(entry) + " with " + c.what);
-            SimulatedHost host(entry, settings);
+            SimulatedHost host(bundleEntry(entry), settings);
             ASSERT_EQ(host.paramsSetup(), PF_Err_NONE);
             host.setInput(input);
-            applySettings(host, settingsFor(entry));
+            applySettings(host, busySettingsOf(entry));
             const RenderOutcome outcome = host.renderSmart();
             ASSERT_EQ(outcome.error, PF_Err_NONE);
-            const TestFrame expected =
-                renderStandalone(StandaloneRender::of(entry, input, settingsFor(entry)));
+            const Frame expected = renderStandalone({entry, input, busySettingsOf(entry)});
             EXPECT_TRUE(outcome.output == expected) << firstDifference(outcome.output, expected);
             EXPECT_EQ(host.iterateCalls() > 0, c.apiMajor >= 12)
                 << "iterate_generic is there from interface 12 on";
@@ -204,4 +208,4 @@ TEST(SameAsStandalone, HostsWithOtherThreadsAndSuitesRenderTheSamePixels) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

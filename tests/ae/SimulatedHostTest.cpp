@@ -11,9 +11,10 @@
 #include <thread>
 #include <vector>
 
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/TestFrames.h"
+#include "tools/aehost/SimulatedHost.h"
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::Contains;
@@ -150,13 +151,13 @@ TEST(SimulatedHost, CatchesEveryMisuseOfItsProtocol) {
         SCOPED_TRACE(c.fault);
         misuse = c.misuse;
         SimulatedHost host(&standIn);
-        host.setInput(TestFrame::pattern(8, 6, 8, ComponentOrder::ARGB));
+        host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
         host.renderSmart();
         EXPECT_THAT(host.faults(), Contains(HasSubstr(c.fault)));
     }
     misuse = Misuse::None;
     SimulatedHost host(&standIn);
-    host.setInput(TestFrame::pattern(8, 6, 8, ComponentOrder::ARGB));
+    host.setInput(patternFrame(8, 6, 8, ComponentOrder::Argb));
     const RenderOutcome outcome = host.renderSmart();
     EXPECT_EQ(outcome.output, host.input());
     EXPECT_THAT(host.faults(), IsEmpty());
@@ -178,4 +179,4 @@ TEST(SimulatedHost, IterateGenericRunsOncePerWorkerOnTheCallerAndStopsAtAnError)
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

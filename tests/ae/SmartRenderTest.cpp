@@ -11,9 +11,10 @@
 #include <ostream>
 #include <string>
 
-#include "tests/ae/EffectSettings.h"
-#include "tests/ae/SimulatedHost.h"
+#include "tests/ae/BuiltBundle.h"
 #include "tests/ae/StandaloneReference.h"
+#include "tests/ae/TestFrames.h"
+#include "tools/aehost/SimulatedHost.h"
 
 // Rectangles compared and printed by the assertions, which look for these beside PF_LRect.
 static bool operator==(const PF_LRect& a, const PF_LRect& b) {
@@ -24,7 +25,7 @@ static std::ostream& operator<<(std::ostream& out, const PF_LRect& r) {
     return out << "(" << r.left << ", " << r.top << ", " << r.right << ", " << r.bottom << ")";
 }
 
-namespace Tw::Test::AE {
+namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::IsEmpty;
@@ -43,9 +44,8 @@ PF_LRect intersection(const PF_LRect& a, const PF_LRect& b) {
             std::min(a.bottom, b.bottom)};
 }
 
-TestFrame crop(const TestFrame& frame, const PF_LRect& rect) {
-    TestFrame part =
-        TestFrame::blank(rect.right - rect.left, rect.bottom - rect.top, frame.depth, frame.order);
+Frame crop(const Frame& frame, const PF_LRect& rect) {
+    Frame part = Frame::blank(rect.right - rect.left, rect.bottom - rect.top, frame.depth, frame.order);
     for (int32_t y = 0; y < part.height; ++y)
         std::memcpy(part.row(y),
                     frame.row(rect.top + y) + static_cast<std::ptrdiff_t>(rect.left) * frame.bytesPerPixel(),
@@ -55,9 +55,9 @@ TestFrame crop(const TestFrame& frame, const PF_LRect& rect) {
 
 // The same part rendered by the standalone host. Not the part cut from the whole render: float Gaussian
 // blurs differ from it in the last bits, by the region they compute.
-TestFrame standalonePart(const std::string& entry, const TestFrame& input, const PF_LRect& part,
-                         std::vector<std::optional<PlacedLayer>> layers = {}) {
-    StandaloneRender render = StandaloneRender::of(entry, input, settingsFor(entry));
+Frame standalonePart(const std::string& entry, const Frame& input, const PF_LRect& part,
+                     std::vector<std::optional<PlacedLayer>> layers = {}) {
+    StandaloneRender render{entry, input, busySettingsOf(entry)};
     render.layers = std::move(layers);
     render.part = part;
     return renderStandalone(render);
@@ -65,10 +65,10 @@ TestFrame standalonePart(const std::string& entry, const TestFrame& input, const
 
 // A host for `entry` with its parameters added, the test settings and a pattern as input.
 std::unique_ptr<SimulatedHost> preparedHost(const std::string& entry, HostSettings settings = {}) {
-    auto host = std::make_unique<SimulatedHost>(entry, settings);
+    auto host = std::make_unique<SimulatedHost>(bundleEntry(entry), settings);
     EXPECT_EQ(host->paramsSetup(), PF_Err_NONE);
-    host->setInput(TestFrame::pattern(kWidth, kHeight, settings.depth, ComponentOrder::ARGB, 7));
-    applySettings(*host, settingsFor(entry));
+    host->setInput(patternFrame(kWidth, kHeight, settings.depth, ComponentOrder::Argb, 7));
+    applySettings(*host, busySettingsOf(entry));
     return host;
 }
 
@@ -125,7 +125,7 @@ TEST(SmartRender, APartOfTheFrameIsThatPartOfTheWholeRender) {
                 ASSERT_EQ(outcome.error, PF_Err_NONE);
                 const PF_LRect part = intersection(request, kWhole);
                 EXPECT_EQ(outcome.outputRect, part);
-                const TestFrame expected = standalonePart(entry, host->input(), part);
+                const Frame expected = standalonePart(entry, host->input(), part);
                 EXPECT_TRUE(outcome.output == expected) << firstDifference(outcome.output, expected);
                 EXPECT_THAT(host->faults(), IsEmpty());
             }
@@ -139,7 +139,7 @@ TEST(SmartPreRender, BlendChecksOutItsLayerCentredOnTheInput) {
     for (const auto& [width, height] : {std::pair{40, 30}, std::pair{80, 60}, std::pair{kWidth, kHeight}}) {
         SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
         const auto host = preparedHost("BlendEntry");
-        host->setLayer("Layer", TestFrame::pattern(width, height, 8, ComponentOrder::ARGB, 8));
+        host->setLayer("Layer", patternFrame(width, height, 8, ComponentOrder::Argb, 8));
         const PreRenderOutcome pre = host->smartPreRender(kWhole);
         ASSERT_EQ(pre.error, PF_Err_NONE);
         ASSERT_EQ(pre.checkouts.size(), 3u);
@@ -176,13 +176,13 @@ TEST(SmartRender, BlendWithALayerOfAnotherSizeMatchesTheStandaloneHost) {
                 HostSettings settings;
                 settings.depth = depth;
                 const auto host = preparedHost("BlendEntry", settings);
-                const TestFrame layer =
-                    TestFrame::pattern(width, height, depth, ComponentOrder::ARGB, 9).flippedVertically();
+                const Frame layer =
+                    patternFrame(width, height, depth, ComponentOrder::Argb, 9).flippedVertically();
                 host->setLayer("Layer", layer);
                 const RenderOutcome outcome = host->renderSmart(request);
                 ASSERT_EQ(outcome.error, PF_Err_NONE);
                 const PlacedLayer placed{layer, (kWidth - width) / 2, (kHeight - height) / 2};
-                const TestFrame expected = standalonePart("BlendEntry", host->input(), request, {placed});
+                const Frame expected = standalonePart("BlendEntry", host->input(), request, {placed});
                 EXPECT_TRUE(outcome.output == expected) << firstDifference(outcome.output, expected);
                 EXPECT_NE(outcome.output, crop(host->input(), request)) << "the layer should show";
                 EXPECT_THAT(host->faults(), IsEmpty());
@@ -207,4 +207,4 @@ TEST(SmartRender, BlendWithoutALayerPassesTheInputThrough) {
 }
 
 }  // namespace
-}  // namespace Tw::Test::AE
+}  // namespace Tw::Tools::AeHost

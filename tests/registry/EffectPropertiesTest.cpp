@@ -16,8 +16,8 @@
 #include "host/standalone/Host.h"
 #include "plugins/EffectRegistry.h"
 #include "tests/support/PatternImage.h"
-#include "tools/twfx/ParameterLabels.h"
-#include "tools/twfx/ParameterValues.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterValues.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -68,10 +68,9 @@ public:
                                                              : std::span<const char* const>{};
         for (std::string_view setting : typed) {
             const std::size_t equals = setting.find('=');
-            const int index =
-                Tools::Twfx::findParameter(params_, setting.substr(0, equals), c.effect->displayName);
+            const int index = Tools::findParameter(params_, setting.substr(0, equals), c.effect->displayName);
             std::ostringstream warnings;
-            Tools::Twfx::setParameterFromText(params_, index, setting.substr(equals + 1), warnings);
+            Tools::setParameterFromText(params_, index, setting.substr(equals + 1), warnings);
             EXPECT_EQ(warnings.str(), "") << setting;
         }
         // Neutral settings leave the further layers unset, as a user switching the effect off would.

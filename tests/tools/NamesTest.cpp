@@ -5,10 +5,10 @@
 #include <sstream>
 
 #include "tests/tools/TwfxFixture.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterListing.h"
+#include "tools/common/ToolError.h"
 #include "tools/twfx/EffectLookup.h"
-#include "tools/twfx/ParameterLabels.h"
-#include "tools/twfx/ParameterListing.h"
-#include "tools/twfx/ToolError.h"
 
 namespace Tw::Tools::Twfx {
 namespace {
@@ -52,8 +52,8 @@ TEST_F(Names, EffectsGoByDisplayOrShortNameInAnyCase) {
 
 TEST_F(Names, ANameOfTwoEffectsIsAnErrorThatListsBoth) {
     const EffectEntry balance = Plugins::effectRegistry<StandaloneHost>()[0];
-    const EffectEntry effects[] = {{"MaxEntry", "MinMax", balance.inputs, balance.create},
-                                   {"MinEntry", "MinMax", balance.inputs, balance.create}};
+    const EffectEntry effects[] = {{"MaxEntry", "MinMax", balance.inputs, balance.create, {}, {}},
+                                   {"MinEntry", "MinMax", balance.inputs, balance.create, {}, {}}};
     const ToolError error = errorOf([&] { findEffect("minmax", effects); });
     EXPECT_EQ(error.code(), ExitCode::UnknownName);
     EXPECT_THAT(error.what(), AllOf(HasSubstr("\"minmax\" names 2 effects"), HasSubstr("Max, Min")));

@@ -4,8 +4,8 @@
 
 #include <sstream>
 
-#include "tools/twfx/ParameterValues.h"
-#include "tools/twfx/ToolError.h"
+#include "tools/common/ParameterValues.h"
+#include "tools/common/ToolError.h"
 
 namespace Tw::Tools::Twfx {
 namespace {

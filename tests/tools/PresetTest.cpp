@@ -5,9 +5,9 @@
 #include <sstream>
 
 #include "tests/tools/TwfxFixture.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterValues.h"
 #include "tools/twfx/EffectLookup.h"
-#include "tools/twfx/ParameterLabels.h"
-#include "tools/twfx/ParameterValues.h"
 #include "tools/twfx/Presets.h"
 
 namespace Tw::Tools::Twfx {

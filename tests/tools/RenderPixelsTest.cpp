@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "tests/tools/TwfxFixture.h"
-#include "tools/twfx/FrameConversion.h"
+#include "tools/common/FrameConversion.h"
 
 namespace Tw::Tools::Twfx {
 namespace {

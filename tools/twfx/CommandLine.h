@@ -9,6 +9,8 @@
 #include <variant>
 #include <vector>
 
+#include "tools/common/ComponentOrder.h"
+
 namespace Tw::Tools::Twfx {
 
 // "LABEL=VALUE" of --set, and "LABEL=FILE" of --layer.
@@ -16,8 +18,6 @@ struct Assignment {
     std::string label;
     std::string value;
 };
-
-enum class ComponentOrder { Argb, Bgra };
 
 // Fractions of full resolution per axis, in (0, 1].
 struct Downsample {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "tools/common/ParameterListing.h"
 #include "tools/twfx/EffectLookup.h"
-#include "tools/twfx/ParameterListing.h"
 #include "tools/twfx/Presets.h"
 
 namespace Tw::Tools::Twfx {

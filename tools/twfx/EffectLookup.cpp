@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/twfx/ToolError.h"
-#include "tools/twfx/UserText.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 
 namespace Tw::Tools::Twfx {
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tools/twfx/PendingOutputFile.h"
-#include "tools/twfx/ToolError.h"
-#include "tools/twfx/UserText.h"
+#include "tools/common/PendingOutputFile.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 
 namespace Tw::Tools::Twfx {
 

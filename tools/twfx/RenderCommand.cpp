@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "tools/common/FrameConversion.h"
+#include "tools/common/ImageFile.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterValues.h"
+#include "tools/common/ToolError.h"
+#include "tools/common/UserText.h"
 #include "tools/twfx/EffectLookup.h"
-#include "tools/twfx/FrameConversion.h"
 #include "tools/twfx/FrameSequence.h"
-#include "tools/twfx/ImageFile.h"
-#include "tools/twfx/ParameterLabels.h"
-#include "tools/twfx/ParameterValues.h"
 #include "tools/twfx/Presets.h"
 #include "tools/twfx/ProgressBar.h"
-#include "tools/twfx/ToolError.h"
-#include "tools/twfx/UserText.h"
 
 namespace Tw::Tools::Twfx {
 namespace {

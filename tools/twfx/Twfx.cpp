@@ -3,11 +3,11 @@
 #include <exception>
 #include <variant>
 
+#include "tools/common/ToolError.h"
 #include "tools/twfx/CommandLine.h"
 #include "tools/twfx/EffectInfo.h"
 #include "tools/twfx/HelpText.h"
 #include "tools/twfx/RenderCommand.h"
-#include "tools/twfx/ToolError.h"
 
 namespace Tw::Tools::Twfx {
 namespace {
@@ -25,17 +25,8 @@ struct RequestRunner {
 }  // namespace
 
 int runTwfx(std::span<const std::string> arguments, const Console& console) {
-    try {
-        std::visit(RequestRunner{console}, parseCommandLine(arguments));
-        return static_cast<int>(ExitCode::Success);
-    } catch (const ToolError& error) {
-        console.err << "twfx: " << error.what() << "\n";
-        return static_cast<int>(error.code());
-    } catch (const std::exception& error) {
-        // Nothing outside a render is expected to throw anything else; say what it was all the same.
-        console.err << "twfx: " << error.what() << "\n";
-        return static_cast<int>(ExitCode::RenderFailed);
-    }
+    return runCommand("twfx", console.err,
+                      [&] { std::visit(RequestRunner{console}, parseCommandLine(arguments)); });
 }
 
 }  // namespace Tw::Tools::Twfx

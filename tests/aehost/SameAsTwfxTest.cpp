@@ -1,0 +1,89 @@
+// The two programs agree: `aehost render` of the bundled portrait through every effect of the bundle, at
+// the busy settings the effect declares, writes the same pixels as `twfx render` with the same arguments.
+// Both programs run as a user runs them, as processes.
+#include <gtest/gtest.h>
+
+#include <OpenImageIO/imageio.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "host/standalone/Host.h"
+#include "plugins/EffectRegistry.h"
+#include "tests/aehost/AehostFixture.h"
+
+namespace Tw::Tools::AeHost {
+namespace {
+
+namespace Param = ::Tw::Host::Param;
+using Effect = Plugins::EffectEntry<Host::Standalone::Host>;
+
+std::string quoted(const std::string& argument) {
+    std::string text = "'";
+    for (const char c : argument)
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+int run(const std::vector<std::string>& command) {
+    std::string line;
+    for (const std::string& argument : command)
+        line += quoted(argument) + " ";
+    return std::system(line.c_str());
+}
+
+std::vector<unsigned char> pixelsOf(const std::string& path, OIIO::ImageSpec& spec) {
+    auto input = OIIO::ImageInput::open(path);
+    if (!input) return {};
+    spec = input->spec();
+    std::vector<unsigned char> pixels(spec.image_pixels() * spec.nchannels);
+    input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::UINT8, pixels.data());
+    return pixels;
+}
+
+// The label of the effect's first layer parameter.
+std::string layerLabel(const Effect& effect) {
+    Param::Parameters params;
+    effect.create()->defineParameters(params);
+    for (const Param::ParamRecord& record : params.records)
+        if (record.kind == Param::ParamKind::Layer) return record.label;
+    return {};
+}
+
+class SameAsTwfx : public AehostFixture {};
+
+TEST_F(SameAsTwfx, EveryEffectOfTheBundleOnThePortrait) {
+    for (const Effect& effect : Plugins::effectRegistry<Host::Standalone::Host>()) {
+        SCOPED_TRACE(effect.entryName);
+        std::vector<std::string> arguments = {"-i", kPortrait};
+        for (const char* setting : effect.busySettings) {
+            arguments.push_back("--set");
+            arguments.push_back(setting);
+        }
+        if (effect.inputs == Plugins::EffectInputs::Layers) {
+            arguments.push_back("--layer");
+            arguments.push_back(layerLabel(effect) + "=" + kPortrait);
+        }
+        std::vector<std::string> aehost = {TW_AEHOST_PATH,   "render", kBundle,
+                                           effect.entryName, "-o",     file("ae.png")};
+        std::vector<std::string> twfx = {TW_TWFX_PATH, "render", std::string(effect.shortName()), "-o",
+                                         file("tw.png")};
+        aehost.insert(aehost.end(), arguments.begin(), arguments.end());
+        twfx.insert(twfx.end(), arguments.begin(), arguments.end());
+        ASSERT_EQ(run(aehost), 0);
+        ASSERT_EQ(run(twfx), 0);
+
+        OIIO::ImageSpec bundleSpec, twfxSpec, portraitSpec;
+        const std::vector<unsigned char> bundle = pixelsOf(file("ae.png"), bundleSpec);
+        const std::vector<unsigned char> standalone = pixelsOf(file("tw.png"), twfxSpec);
+        ASSERT_FALSE(bundle.empty());
+        EXPECT_EQ(bundleSpec.width, twfxSpec.width);
+        EXPECT_EQ(bundleSpec.nchannels, twfxSpec.nchannels);
+        EXPECT_TRUE(bundle == standalone) << "the two programs wrote different pixels";
+        EXPECT_NE(bundle, pixelsOf(kPortrait, portraitSpec)) << "the busy settings should show";
+    }
+}
+
+}  // namespace
+}  // namespace Tw::Tools::AeHost
