@@ -11,10 +11,15 @@ RUN_PACKAGES := cmake g++ make libopenimageio-dev openimageio-tools
 # And what the tests and benchmarks need: libgtest-dev does not bring GoogleMock. ffmpeg and melt are the
 # frei0r hosts the plug-ins' tests run.
 PACKAGES := $(RUN_PACKAGES) libgtest-dev libgmock-dev libbenchmark-dev ffmpeg melt
+# The architectures besides this machine's that the bundle is built for, as Debian's cross compilers
+# name them (cmake/toolchains/): 32-bit x86 runs here natively, arm64 under qemu-user. Debian's
+# g++-multilib would do for 32-bit x86 but cannot be installed beside an arm64 cross compiler.
+CROSS_TARGETS := i686-linux-gnu aarch64-linux-gnu
+CROSS_PACKAGES := g++-i686-linux-gnu g++-aarch64-linux-gnu qemu-user googletest
 # Where `make install` puts the frei0r plug-ins: $(PREFIX)/lib/frei0r-1.
 PREFIX ?= /usr/local
 
-.PHONY: all deps build build-run build-sanitize build-tsan run test bench install clean
+.PHONY: all deps build build-run build-sanitize build-tsan run test test-cross bench install clean
 
 all: build
 
@@ -64,6 +69,19 @@ test: build build-sanitize build-tsan
 	ctest --test-dir $(SANITIZE_DIR) -j$(JOBS) --output-on-failure
 	$(TSAN_DIR)/tests/ae/ae_concurrency_tests
 
+# The core, the filters, the bundle and their tests built for each of CROSS_TARGETS and run there; every
+# effect's renders must have the same bits as on this machine.
+test-cross: build
+	@$(MAKE) --no-print-directory deps PACKAGES="$(CROSS_PACKAGES)"
+	$(BUILD_DIR)/tests/registry/effect_digests > $(BUILD_DIR)/effect-digests.txt
+	for target in $(CROSS_TARGETS); do \
+	  cmake -S . -B build-$$target -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_BENCHMARKS=OFF \
+	    -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/$$target.cmake \
+	    -DTW_REFERENCE_DIGESTS=$(abspath $(BUILD_DIR))/effect-digests.txt && \
+	  cmake --build build-$$target -j$(JOBS) && \
+	  ctest --test-dir build-$$target -j$(JOBS) --output-on-failure || exit 1; \
+	done
+
 # The benchmarks, ours beside OpenCV's filters. OpenCV's development packages are installed here only, so
 # that building and testing never need them; the configure step runs again to find them.
 bench: build
@@ -79,4 +97,4 @@ install: build
 	cmake --install $(BUILD_DIR) --prefix $(PREFIX) --component frei0r
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR) $(addprefix build-,$(CROSS_TARGETS))

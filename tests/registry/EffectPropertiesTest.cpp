@@ -13,11 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "host/standalone/Host.h"
-#include "plugins/EffectRegistry.h"
-#include "tests/support/PatternImage.h"
-#include "tools/common/ParameterLabels.h"
-#include "tools/common/ParameterValues.h"
+#include "tests/registry/EffectRender.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -27,84 +23,42 @@ using Image::fourCC;
 using Image::ImageBuffer;
 using Image::PixelFormat;
 using Image::PixelRect;
-using StandaloneHost = Tw::Host::Standalone::Host;
-using Entry = EffectEntry<StandaloneHost>;
+using Test::EffectSettings;
+using Test::formatText;
+using Test::kEveryFormat;
+using Test::kTestFrame;
+using Test::RegistryEntry;
+using Test::StandaloneHost;
 namespace ErrorCode = Tw::Host::Standalone::ErrorCode;
 
-const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
-                                fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
-const PixelRect kFrame = {0, 0, 61, 43};
-// A further layer smaller than the frame and off its origin, so that both its edges and the frame's show.
-const PixelRect kLayerFrame = {-7, 5, 40, 52};
-
-enum class Settings { Defaults, Busy, Neutral };
-
 struct Case {
-    const Entry* effect;
-    Settings settings;
+    const RegistryEntry* effect;
+    EffectSettings settings;
 };
 
 std::string caseName(const testing::TestParamInfo<Case>& info) {
-    return std::string(info.param.effect->shortName()) +
-           (info.param.settings == Settings::Busy ? "Busy" : "Defaults");
+    return std::string(info.param.effect->shortName()) + Test::nameOf(info.param.settings);
 }
 
-std::vector<Case> casesOf(std::initializer_list<Settings> settings) {
+std::vector<Case> casesOf(std::initializer_list<EffectSettings> settings) {
     std::vector<Case> cases;
-    for (const Entry& effect : effectRegistry<StandaloneHost>())
-        for (Settings s : settings)
+    for (const RegistryEntry& effect : effectRegistry<StandaloneHost>())
+        for (EffectSettings s : settings)
             cases.push_back({&effect, s});
     return cases;
 }
 
-// One render of an effect, set up as a user would: the frame, its further layers, the settings typed.
-class Render {
+// A render of the test frame expected to succeed.
+class Render : public Test::EffectRender {
 public:
-    Render(const Case& c, PixelFormat format)
-        : effect_(c.effect->create()), input_(Test::patternImage(kFrame, format, 1)) {
-        effect_->defineParameters(params_);
-        const auto typed = c.settings == Settings::Busy      ? c.effect->busySettings
-                           : c.settings == Settings::Neutral ? c.effect->neutralSettings
-                                                             : std::span<const char* const>{};
-        for (std::string_view setting : typed) {
-            const std::size_t equals = setting.find('=');
-            const int index = Tools::findParameter(params_, setting.substr(0, equals), c.effect->displayName);
-            std::ostringstream warnings;
-            Tools::setParameterFromText(params_, index, setting.substr(equals + 1), warnings);
-            EXPECT_EQ(warnings.str(), "") << setting;
-        }
-        // Neutral settings leave the further layers unset, as a user switching the effect off would.
-        if (c.effect->inputs == EffectInputs::Layers && c.settings != Settings::Neutral) {
-            layer_ = Test::patternImage(kLayerFrame, format, 2);
-            layers_.push_back(&layer_);
-        }
-    }
-
-    StandaloneHost& host() { return *effect_; }
-    const ImageBuffer& input() const { return input_; }
-
-    // The effect's output over `rect`, from a render expected to succeed.
+    Render(const Case& c, PixelFormat format) : EffectRender(*c.effect, c.settings, format) {}
     ImageBuffer run(const PixelRect& rect) {
         ImageBuffer output;
-        EXPECT_EQ(runInto(output, rect), ErrorCode::kNone);
+        EXPECT_EQ(EffectRender::run(output, rect), ErrorCode::kNone);
         return output;
     }
-    int32_t runInto(ImageBuffer& output, const PixelRect& rect) {
-        output.allocate(rect, input_.pixelFormat());
-        return effect_->render(params_, input_, output, layers_);
-    }
-
-private:
-    std::unique_ptr<StandaloneHost> effect_;
-    Tw::Host::Param::Parameters params_;
-    ImageBuffer input_;
-    ImageBuffer layer_;
-    std::vector<ImageBuffer*> layers_;
+    using EffectRender::run;
 };
-
-std::string formatText(PixelFormat format) {
-    return std::string(reinterpret_cast<const char*>(&format), 4);
-}
 
 // Whether `a` and `b` hold the same bits over `rect`, which both cover.
 bool sameBits(const ImageBuffer& a, const ImageBuffer& b, const PixelRect& rect) {
@@ -118,7 +72,8 @@ bool sameBits(const ImageBuffer& a, const ImageBuffer& b, const PixelRect& rect)
 class EveryEffect : public testing::TestWithParam<Case> {};
 
 INSTANTIATE_TEST_SUITE_P(Registry, EveryEffect,
-                         testing::ValuesIn(casesOf({Settings::Defaults, Settings::Busy})), caseName);
+                         testing::ValuesIn(casesOf({EffectSettings::Defaults, EffectSettings::Busy})),
+                         caseName);
 
 TEST_P(EveryEffect, GivesTheSameBitsInEveryVariantAndForAnyNumberOfWorkers) {
     struct Run {
@@ -131,14 +86,14 @@ TEST_P(EveryEffect, GivesTheSameBitsInEveryVariantAndForAnyNumberOfWorkers) {
                         {~Image::CpuFeature::kAvx2, 3},
                         {~(Image::CpuFeature::kAvx2 | Image::CpuFeature::kSse41), 2},
                         {0u, 8}};
-    for (PixelFormat format : kFormats) {
+    for (PixelFormat format : kEveryFormat) {
         Render render(GetParam(), format);
         render.host().threadCount = 1;
-        const ImageBuffer reference = render.run(kFrame);
+        const ImageBuffer reference = render.run(kTestFrame);
         for (const Run& r : runs) {
             render.host().featureMask = r.features;
             render.host().threadCount = r.workers;
-            EXPECT_TRUE(sameBits(render.run(kFrame), reference, kFrame))
+            EXPECT_TRUE(sameBits(render.run(kTestFrame), reference, kTestFrame))
                 << formatText(format) << " features " << std::hex << r.features << std::dec << ", "
                 << r.workers << " workers";
         }
@@ -166,11 +121,11 @@ double largestDifference(const ImageBuffer& a, const ImageBuffer& b, const Pixel
 TEST_P(EveryEffect, GivesInARegionWhatTheWholeFrameGivesThere) {
     const PixelRect regions[] = {
         {17, 11, 40, 30}, {0, 0, 9, 43}, {52, 38, 61, 43}, {3, 20, 60, 21}, {-5, -3, 20, 12}};
-    for (PixelFormat format : kFormats) {
+    for (PixelFormat format : kEveryFormat) {
         Render render(GetParam(), format);
-        const ImageBuffer whole = render.run(kFrame);
+        const ImageBuffer whole = render.run(kTestFrame);
         for (const PixelRect& region : regions) {
-            const PixelRect inside = region.intersect(kFrame);
+            const PixelRect inside = region.intersect(kTestFrame);
             EXPECT_LE(largestDifference(render.run(region), whole, inside), 1.01 / 255)
                 << formatText(format) << " region " << region.left << "," << region.top << " " << region.right
                 << "," << region.bottom;
@@ -184,7 +139,7 @@ TEST_P(EveryEffect, ReleasesEveryImageWhenCancelledAtAnyReport) {
         int reports = 0;
         render.host().setProgressCallback([&](uint64_t, uint64_t) { return ++reports < cancelAt; });
         ImageBuffer output;
-        const int32_t code = render.runInto(output, kFrame);
+        const int32_t code = render.run(output, kTestFrame);
         EXPECT_EQ(render.host().bytesInUse(), 0u) << "cancelled at report " << cancelAt;
         if (reports < cancelAt) {  // the render finished before that report
             EXPECT_EQ(code, ErrorCode::kNone);
@@ -197,15 +152,15 @@ TEST_P(EveryEffect, ReleasesEveryImageWhenCancelledAtAnyReport) {
 
 // The busy settings are what the tests above lean on, so they must do something; the neutral ones are
 // what a user reaches for to switch an effect off.
-TEST(EffectSettings, BusyOnesChangeTheFrameAndNeutralOnesGiveItBack) {
-    for (const Entry& effect : effectRegistry<StandaloneHost>()) {
-        for (PixelFormat format : kFormats) {
-            Render busy({&effect, Settings::Busy}, format);
-            EXPECT_FALSE(sameBits(busy.run(kFrame), busy.input(), kFrame))
+TEST(DeclaredSettings, BusyOnesChangeTheFrameAndNeutralOnesGiveItBack) {
+    for (const RegistryEntry& effect : effectRegistry<StandaloneHost>()) {
+        for (PixelFormat format : kEveryFormat) {
+            Render busy({&effect, EffectSettings::Busy}, format);
+            EXPECT_FALSE(sameBits(busy.run(kTestFrame), busy.input(), kTestFrame))
                 << effect.displayName << " " << formatText(format);
             if (effect.inputs == EffectInputs::Generator) continue;  // it has no input to give back
-            Render neutral({&effect, Settings::Neutral}, format);
-            EXPECT_TRUE(sameBits(neutral.run(kFrame), neutral.input(), kFrame))
+            Render neutral({&effect, EffectSettings::Neutral}, format);
+            EXPECT_TRUE(sameBits(neutral.run(kTestFrame), neutral.input(), kTestFrame))
                 << effect.displayName << " " << formatText(format);
         }
     }

@@ -1,0 +1,82 @@
+// One render of an effect of the registry, set up as a user would: a test frame, a second frame on its
+// further layer where it has one, and the settings it declares for the tests typed in as a user types
+// them. The registry suite and the digests that compare architectures both render this way.
+#pragma once
+
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/standalone/Host.h"
+#include "plugins/EffectRegistry.h"
+#include "tests/support/PatternImage.h"
+#include "tools/common/ParameterLabels.h"
+#include "tools/common/ParameterValues.h"
+
+namespace Tw::Test {
+
+using StandaloneHost = Tw::Host::Standalone::Host;
+using RegistryEntry = Plugins::EffectEntry<StandaloneHost>;
+
+inline const Image::PixelFormat kEveryFormat[] = {Image::fourCC("argb"), Image::fourCC("ae16"),
+                                                  Image::fourCC("ae32"), Image::fourCC("bgra"),
+                                                  Image::fourCC("Bgra"), Image::fourCC("BGra")};
+inline constexpr Image::PixelRect kTestFrame = {0, 0, 61, 43};
+// A further layer smaller than the frame and off its origin, so that both its edges and the frame's show.
+inline constexpr Image::PixelRect kTestLayerFrame = {-7, 5, 40, 52};
+
+enum class EffectSettings { Defaults, Busy, Neutral };
+
+inline const char* nameOf(EffectSettings settings) {
+    return settings == EffectSettings::Busy      ? "Busy"
+           : settings == EffectSettings::Neutral ? "Neutral"
+                                                 : "Defaults";
+}
+
+inline std::string formatText(Image::PixelFormat format) {
+    return std::string(reinterpret_cast<const char*>(&format), 4);
+}
+
+class EffectRender {
+public:
+    EffectRender(const RegistryEntry& effect, EffectSettings settings, Image::PixelFormat format)
+        : effect_(effect.create()), input_(patternImage(kTestFrame, format, 1)) {
+        effect_->defineParameters(params_);
+        const auto typed = settings == EffectSettings::Busy      ? effect.busySettings
+                           : settings == EffectSettings::Neutral ? effect.neutralSettings
+                                                                 : std::span<const char* const>{};
+        for (std::string_view setting : typed) {
+            const std::size_t equals = setting.find('=');
+            const int index = Tools::findParameter(params_, setting.substr(0, equals), effect.displayName);
+            std::ostringstream warnings;
+            Tools::setParameterFromText(params_, index, setting.substr(equals + 1), warnings);
+            // A declared setting outside its range is a mistake of the declaration, not a user's.
+            if (!warnings.str().empty()) throw std::invalid_argument(warnings.str());
+        }
+        // Neutral settings leave the further layers unset, as a user switching the effect off would.
+        if (effect.inputs == Plugins::EffectInputs::Layers && settings != EffectSettings::Neutral) {
+            layer_ = patternImage(kTestLayerFrame, format, 2);
+            layers_.push_back(&layer_);
+        }
+    }
+
+    StandaloneHost& host() { return *effect_; }
+    const Image::ImageBuffer& input() const { return input_; }
+
+    // Renders `rect` into `output`; the host's code for the render.
+    int32_t run(Image::ImageBuffer& output, const Image::PixelRect& rect) {
+        output.allocate(rect, input_.pixelFormat());
+        return effect_->render(params_, input_, output, layers_);
+    }
+
+private:
+    std::unique_ptr<StandaloneHost> effect_;
+    Tw::Host::Param::Parameters params_;
+    Image::ImageBuffer input_;
+    Image::ImageBuffer layer_;
+    std::vector<Image::ImageBuffer*> layers_;
+};
+
+}  // namespace Tw::Test
