@@ -79,9 +79,10 @@ public:
     void releasePixels(std::byte* pixels, std::size_t bytes) noexcept override;
     const Image::ImageBuffer* outputFrame() const override { return outputFrame_; }
 
-    // Pixel memory taken through this host: allocations made, bytes held now, and the most held at once.
-    // Released blocks stay with the host for its next render (`bytesCached`), never more than the most
-    // held at once, until the host goes.
+    // Pixel memory taken through this host: blocks taken from the system, bytes held now, and the most
+    // held at once. Released blocks stay with the host for its next render (`bytesCached`), never more
+    // than the most held at once, until the host goes; a kept block that serves a request is no new
+    // allocation.
     std::size_t allocationCount() const { return allocationCount_.load(); }
     std::size_t bytesInUse() const { return bytesInUse_.load(); }
     std::size_t peakBytes() const { return peakBytes_.load(); }
