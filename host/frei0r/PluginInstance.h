@@ -28,6 +28,7 @@ public:
     // It only reads the instance, so a host may render slices of one frame at once.
     void update(const uint32_t* in, std::span<const uint32_t* const> layers, uint32_t* out) noexcept;
 
+    const PluginDescription& description() const { return plugin_; }
     // The parameter list as the effect reads it.
     const Param::Parameters& parameters() const { return params_; }
 
