@@ -51,7 +51,7 @@ ImageBuffer inputOf(Image::ImageHost& host, const FrameSize& size, const uint32_
 }  // namespace
 
 PluginInstance::PluginInstance(const PluginDescription& plugin, unsigned width, unsigned height)
-    : plugin_(plugin), width_(width), height_(height) {
+    : plugin_(plugin), width_(width), height_(height), effect_(plugin.entry().create()) {
     params_.records = plugin.defaultRecords();
     for (const HostParameter& parameter : plugin.parameters())
         hostValues_.push_back(hostValueOf(params_.records[parameter.recordIndex]));
@@ -72,21 +72,25 @@ void PluginInstance::update(const uint32_t* in, std::span<const uint32_t* const>
                             uint32_t* out) noexcept {
     if (!out || width_ == 0 || height_ == 0) return;
     try {
-        if (render(in, layers, out) == Standalone::ErrorCode::kNone) return;
+        const std::unique_lock ownEffect(effectBusy_, std::try_to_lock);
+        const std::unique_ptr<StandaloneHost> sliceEffect =
+            ownEffect.owns_lock() ? nullptr : plugin_.entry().create();
+        StandaloneHost& effect = sliceEffect ? *sliceEffect : *effect_;
+        if (render(effect, in, layers, out) == Standalone::ErrorCode::kNone) return;
     } catch (...) {
         // Whatever went wrong stays here: the host gets its frame back unchanged.
     }
     leaveAsInput(in, out);
 }
 
-int32_t PluginInstance::render(const uint32_t* in, std::span<const uint32_t* const> layers, uint32_t* out) {
+int32_t PluginInstance::render(StandaloneHost& effect, const uint32_t* in,
+                               std::span<const uint32_t* const> layers, uint32_t* out) {
     if (width_ > std::numeric_limits<int32_t>::max() || height_ > std::numeric_limits<int32_t>::max()) {
         throw std::bad_alloc();
     }
     const FrameSize size{static_cast<int32_t>(width_), static_cast<int32_t>(height_)};
-    const std::unique_ptr<StandaloneHost> effect = plugin_.entry().create();
-    ImageBuffer output = viewOf(*effect, size, out);
-    ImageBuffer input = inputOf(*effect, size, in, out);
+    ImageBuffer output = viewOf(effect, size, out);
+    ImageBuffer input = inputOf(effect, size, in, out);
 
     // A further layer the host leaves out is a layer parameter with no layer chosen.
     const auto layerCount = static_cast<std::size_t>(plugin_.layerInputs());
@@ -95,10 +99,10 @@ int32_t PluginInstance::render(const uint32_t* in, std::span<const uint32_t* con
     std::vector<ImageBuffer*> layerPointers(layerCount, nullptr);
     for (std::size_t i = 0; i < layerCount && i < layers.size(); ++i) {
         if (!layers[i]) continue;
-        layerImages.push_back(inputOf(*effect, size, layers[i], out));
+        layerImages.push_back(inputOf(effect, size, layers[i], out));
         layerPointers[i] = &layerImages.back();
     }
-    return effect->render(params_, input, output, layerPointers);
+    return effect.render(params_, input, output, layerPointers);
 }
 
 void PluginInstance::leaveAsInput(const uint32_t* in, uint32_t* out) const noexcept {

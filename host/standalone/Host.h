@@ -6,7 +6,9 @@
 // threads, folds progress through the same levels, and stops a render the same way: once the caller's
 // progress callback declines or its cancel flag is set, `abortCode` holds 517, every later check throws
 // Tw::Interrupted on any thread, and the render unwinds, releasing every image. One Host serves one
-// render at a time; make a new one (they are cheap; the pool is shared) for each render.
+// render at a time. Keep one for a sequence of frames: the pixel blocks one render releases serve the
+// next. A cancelled host stays cancelled; the next render needs a new one (they are cheap; the pool is
+// shared).
 #pragma once
 
 #include <atomic>
