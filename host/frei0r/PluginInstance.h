@@ -1,7 +1,7 @@
 // One frei0r instance: the frame size it was made for, the parameter values its host set, and the
-// effect that renders its frames. The effect is made once, with the instance, and renders frame after
-// frame, so that the pixel blocks one frame releases serve the next; it renders in 8-bit BGRA straight
-// into the host's output frame, and carries nothing else from one frame to the next.
+// effect that renders its frames. The effect is made with the instance and renders frame after frame, so
+// that the pixel blocks one frame releases serve the next; it renders in 8-bit BGRA straight into the
+// host's output frame, and carries nothing else from one frame to the next.
 #pragma once
 
 #include <cstdint>
@@ -29,17 +29,21 @@ public:
     // `in` is a transparent frame, a null layer a layer parameter with no layer chosen. Never throws: a
     // render that fails leaves `out` a copy of `in`.
     // A host may call it on several threads at once to render slices of one frame (MLT does, given
-    // "threads"): the instance's effect renders one of them, and each other call makes an effect of its
-    // own for its frame.
+    // "threads"): each call then renders with an effect of its own, which the instance keeps for the
+    // slices of the next frame.
     void update(const uint32_t* in, std::span<const uint32_t* const> layers, uint32_t* out) noexcept;
 
     const PluginDescription& description() const { return plugin_; }
     // The parameter list as the effect reads it.
     const Param::Parameters& parameters() const { return params_; }
-    // Pixel blocks the instance's effect has taken from the system, over all its frames.
-    std::size_t pixelAllocations() const { return effect_->allocationCount(); }
+    // Pixel blocks the instance's effects have taken from the system, over all its frames; between
+    // updates.
+    std::size_t pixelAllocations() const;
 
 private:
+    // An idle effect, or a new one when every effect is rendering, lent to one update.
+    class EffectLoan;
+
     int32_t render(StandaloneHost& effect, const uint32_t* in, std::span<const uint32_t* const> layers,
                    uint32_t* out);
     void leaveAsInput(const uint32_t* in, uint32_t* out) const noexcept;
@@ -50,9 +54,9 @@ private:
     Param::Parameters params_;
     // One per host parameter: what the host reads back.
     std::vector<HostValue> hostValues_;
-    const std::unique_ptr<StandaloneHost> effect_;
-    // Held while `effect_` renders.
-    std::mutex effectBusy_;
+    // As many as the host has had updates running at once, less those running now.
+    std::vector<std::unique_ptr<StandaloneHost>> idleEffects_;
+    mutable std::mutex idleEffectsMutex_;
 };
 
 }  // namespace Tw::Host::Frei0r
