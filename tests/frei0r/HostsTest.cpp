@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -17,6 +19,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "host/frei0r/PluginFileName.h"
@@ -148,12 +151,20 @@ protected:
     // Runs the program with its output in a log file of the test's directory; its exit status, which
     // fails the test unless it is 0.
     int run(const std::vector<std::string>& arguments) {
-        const std::string log = file("log-" + std::to_string(++runs_) + ".txt");
+        const int code = runQuietly(arguments);
+        if (code != 0) ADD_FAILURE() << arguments[0] << " ended with " << code << ":\n" << lastLog();
+        return code;
+    }
+
+    // The same without failing the test: the exit status, 128 and the signal for a program that ended
+    // on one, and kStalled for one stopped after kTimeLimit.
+    int runQuietly(const std::vector<std::string>& arguments) {
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         // melt takes keys from a terminal on its standard input.
         posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&actions, 1, log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        posix_spawn_file_actions_addopen(&actions, 1, file("log-" + std::to_string(++runs_) + ".txt").c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0644);
         posix_spawn_file_actions_adddup2(&actions, 1, 2);
         std::vector<char*> argv;
         for (const std::string& argument : arguments)
@@ -162,18 +173,26 @@ protected:
         pid_t pid;
         const int spawned = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
-        int status = 0;
-        if (spawned != 0 || waitpid(pid, &status, 0) != pid) {
+        if (spawned != 0) {
             ADD_FAILURE() << arguments[0] << " did not start";
             return -1;
         }
-        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-        if (code != 0) {
-            const std::vector<char> output = fileBytes(log);
-            ADD_FAILURE() << arguments[0] << " ended with " << code << ":\n"
-                          << std::string(output.begin(), output.end());
+        int status = 0;
+        const auto giveUp = std::chrono::steady_clock::now() + kTimeLimit;
+        while (waitpid(pid, &status, WNOHANG) == 0) {
+            if (std::chrono::steady_clock::now() > giveUp) {
+                kill(pid, SIGKILL);
+                waitpid(pid, &status, 0);
+                return kStalled;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
-        return code;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+    std::string lastLog() const {
+        const std::vector<char> log = fileBytes(directory_ / ("log-" + std::to_string(runs_) + ".txt"));
+        return std::string(log.begin(), log.end());
     }
 
     // The file's first frame as raw RGBA.
@@ -212,16 +231,31 @@ protected:
                "display_aspect_num=1\ndisplay_aspect_den=1\ncolorspace=709\n";
         const std::vector<std::string> consumer = {"-consumer", "avformat:" + file("melt.rgba"), "f=rawvideo",
                                                    "pix_fmt=rgba", "real_time=0"};
-        if (run(joined({TW_MELT, "-profile", file("profile")}, services, settings.meltProperties(),
-                       consumer)) != 0) {
-            return {};
+        const std::vector<std::string> command =
+            joined({TW_MELT, "-profile", file("profile")}, services, settings.meltProperties(), consumer);
+        // melt itself, with or without our plug-ins, now and then ends without writing a frame or stalls,
+        // the more often the busier the machine: such a run is tried again.
+        const std::size_t frameBytes = fs::file_size(directory_ / "in.rgba");
+        for (int attempt = 1;; ++attempt) {
+            fs::remove(directory_ / "melt.rgba");
+            const int code = runQuietly(command);
+            std::vector<char> rendered = frame("melt.rgba");
+            if (code == 0 && rendered.size() >= frameBytes) {
+                rendered.resize(frameBytes);
+                return rendered;
+            }
+            if (attempt == 3) {
+                ADD_FAILURE() << "melt gave no frame in three runs; the last ended with " << code << ":\n"
+                              << lastLog();
+                return {};
+            }
         }
-        std::vector<char> rendered = frame("melt.rgba");
-        rendered.resize(std::min(rendered.size(), fs::file_size(directory_ / "in.rgba")));
-        return rendered;
     }
 
 private:
+    static constexpr auto kTimeLimit = std::chrono::seconds(120);
+    static constexpr int kStalled = -2;
+
     fs::path directory_;
     int runs_ = 0;
 };
