@@ -87,9 +87,10 @@ test-cross: build
 bench: build
 	@$(MAKE) --no-print-directory deps PACKAGES="libopencv-dev libopencv-contrib-dev"
 	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_TESTS=ON -DTW_BUILD_BENCHMARKS=ON
-	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_blend bench_peers
+	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_blend bench_sequence bench_peers
 	$(BUILD_DIR)/bench/bench_balance
 	$(BUILD_DIR)/bench/bench_blend
+	$(BUILD_DIR)/bench/bench_sequence
 	$(BUILD_DIR)/bench/peers/bench_peers
 
 # The frei0r plug-ins into $(PREFIX)/lib/frei0r-1, where ffmpeg, MLT, Kdenlive and Shotcut look.

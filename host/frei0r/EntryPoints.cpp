@@ -1,32 +1,33 @@
-// The frei0r entry points of a plug-in module. Nothing thrown inside passes to the host: a call that fails
-// leaves the host's records and frames as a failure would (no instance, the input frame unchanged).
-//
-// The plug-in's description is made at the first call that needs it and kept until the module is
-// unloaded, since hosts ask for it in any order: MLT reads the plug-in info without calling f0r_init,
-// and calls f0r_deinit before it destroys its last instances.
+// The plug-in's description is made at the first call that needs it and kept while the library is
+// loaded, one per effect whose module calls here, since hosts ask for it in any order: MLT reads the
+// plug-in info without calling f0r_init, and calls f0r_deinit before it destroys its last instances.
 //
 // frei0r's time argument plays no part: an effect's frame depends on its input and parameters alone.
-#include <cstring>
-#include <memory>
-#include <new>
+#include "host/frei0r/EntryPoints.h"
 
-#include "host/frei0r/Frei0rApi.h"
+#include <cstring>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
 #include "host/frei0r/PluginDescription.h"
 #include "host/frei0r/PluginInstance.h"
-#include "host/frei0r/PluginModule.h"
 
+namespace Tw::Host::Frei0r {
 namespace {
 
-using Tw::Host::Frei0r::HostValue;
-using Tw::Host::Frei0r::PluginDescription;
-using Tw::Host::Frei0r::PluginInstance;
-
-// Null when the effect can't be described (no memory); a later call tries again.
-const PluginDescription* plugin() noexcept {
+// Null when the effect can't be described (unknown, or no memory); a later call tries again.
+const PluginDescription* plugin(const char* entryName) noexcept {
     try {
-        static const PluginDescription description(
-            Tw::Host::Frei0r::effectNamed(Tw::Host::Frei0r::moduleEntryName()));
-        return &description;
+        static std::mutex mutex;
+        static std::map<std::string, std::unique_ptr<const PluginDescription>, std::less<>> descriptions;
+        const std::lock_guard lock(mutex);
+        std::unique_ptr<const PluginDescription>& description = descriptions[entryName];
+        if (!description) {
+            description = std::make_unique<const PluginDescription>(effectNamed(entryName));
+        }
+        return description.get();
     } catch (...) {
         return nullptr;
     }
@@ -36,12 +37,11 @@ PluginInstance* instanceOf(f0r_instance_t instance) {
     return static_cast<PluginInstance*>(instance);
 }
 
-// The host's parameter `index`, or null.
-const Tw::Host::Frei0r::HostParameter* parameterOf(int index) {
-    const PluginDescription* description = plugin();
-    if (!description || index < 0 || index >= static_cast<int>(description->parameters().size()))
-        return nullptr;
-    return &description->parameters()[static_cast<std::size_t>(index)];
+// The instance's parameter `index`, or null.
+const HostParameter* parameterOf(f0r_instance_t instance, int index) {
+    const auto parameters = instanceOf(instance)->description().parameters();
+    if (index < 0 || index >= static_cast<int>(parameters.size())) return nullptr;
+    return &parameters[static_cast<std::size_t>(index)];
 }
 
 HostValue readValue(int kind, f0r_param_t param) {
@@ -83,21 +83,19 @@ void writeValue(int kind, const HostValue& value, f0r_param_t param) {
 
 }  // namespace
 
-extern "C" {
+namespace Entry {
 
-int f0r_init() {
-    return plugin() ? 1 : 0;
+int init(const char* entryName) noexcept {
+    return plugin(entryName) ? 1 : 0;
 }
 
-void f0r_deinit() {}
-
-void f0r_get_plugin_info(f0r_plugin_info_t* info) {
+void pluginInfo(const char* entryName, f0r_plugin_info_t* info) noexcept {
     if (!info) return;
-    if (const PluginDescription* description = plugin()) {
+    if (const PluginDescription* description = plugin(entryName)) {
         description->fillInfo(*info);
         return;
     }
-    *info = {Tw::Host::Frei0r::moduleEntryName(),
+    *info = {entryName,
              "Tesselworks",
              F0R_PLUGIN_TYPE_FILTER,
              F0R_COLOR_MODEL_BGRA8888,
@@ -108,13 +106,13 @@ void f0r_get_plugin_info(f0r_plugin_info_t* info) {
              "out of memory"};
 }
 
-void f0r_get_param_info(f0r_param_info_t* info, int param_index) {
-    const PluginDescription* description = plugin();
-    if (info && description) description->fillParamInfo(*info, param_index);
+void paramInfo(const char* entryName, f0r_param_info_t* info, int index) noexcept {
+    const PluginDescription* description = plugin(entryName);
+    if (info && description) description->fillParamInfo(*info, index);
 }
 
-f0r_instance_t f0r_construct(unsigned int width, unsigned int height) {
-    const PluginDescription* description = plugin();
+f0r_instance_t construct(const char* entryName, unsigned width, unsigned height) noexcept {
+    const PluginDescription* description = plugin(entryName);
     if (!description) return nullptr;
     try {
         return new PluginInstance(*description, width, height);
@@ -123,36 +121,35 @@ f0r_instance_t f0r_construct(unsigned int width, unsigned int height) {
     }
 }
 
-void f0r_destruct(f0r_instance_t instance) {
+void destruct(f0r_instance_t instance) noexcept {
     delete instanceOf(instance);
 }
 
-void f0r_set_param_value(f0r_instance_t instance, f0r_param_t param, int param_index) {
-    const auto* parameter = parameterOf(param_index);
-    if (!instance || !param || !parameter) return;
+void setParamValue(f0r_instance_t instance, f0r_param_t param, int index) noexcept {
+    if (!instance || !param) return;
+    const auto* parameter = parameterOf(instance, index);
+    if (!parameter) return;
     try {
-        instanceOf(instance)->setParameter(param_index, readValue(parameter->kind, param));
+        instanceOf(instance)->setParameter(index, readValue(parameter->kind, param));
     } catch (...) {
         // The parameter keeps its value.
     }
 }
 
-void f0r_get_param_value(f0r_instance_t instance, f0r_param_t param, int param_index) {
-    const auto* parameter = parameterOf(param_index);
-    if (!instance || !param || !parameter) return;
-    if (const HostValue* value = instanceOf(instance)->parameter(param_index)) {
+void getParamValue(f0r_instance_t instance, f0r_param_t param, int index) noexcept {
+    if (!instance || !param) return;
+    const auto* parameter = parameterOf(instance, index);
+    if (!parameter) return;
+    if (const HostValue* value = instanceOf(instance)->parameter(index)) {
         writeValue(parameter->kind, *value, param);
     }
 }
 
-void f0r_update(f0r_instance_t instance, double /*time*/, const uint32_t* inframe, uint32_t* outframe) {
-    if (instance) instanceOf(instance)->update(inframe, {}, outframe);
-}
-
-void f0r_update2(f0r_instance_t instance, double /*time*/, const uint32_t* inframe1, const uint32_t* inframe2,
-                 const uint32_t* inframe3, uint32_t* outframe) {
+void update(f0r_instance_t instance, const uint32_t* inframe1, const uint32_t* inframe2,
+            const uint32_t* inframe3, uint32_t* outframe) noexcept {
     const uint32_t* const layers[] = {inframe2, inframe3};
     if (instance) instanceOf(instance)->update(inframe1, layers, outframe);
 }
 
-}  // extern "C"
+}  // namespace Entry
+}  // namespace Tw::Host::Frei0r

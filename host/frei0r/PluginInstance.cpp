@@ -50,11 +50,43 @@ ImageBuffer inputOf(Image::ImageHost& host, const FrameSize& size, const uint32_
 
 }  // namespace
 
+class PluginInstance::EffectLoan {
+public:
+    explicit EffectLoan(PluginInstance& instance) : instance_(instance) {
+        {
+            const std::lock_guard lock(instance_.idleEffectsMutex_);
+            if (!instance_.idleEffects_.empty()) {
+                effect_ = std::move(instance_.idleEffects_.back());
+                instance_.idleEffects_.pop_back();
+            }
+        }
+        if (!effect_) effect_ = instance_.plugin_.entry().create();
+    }
+    EffectLoan(const EffectLoan&) = delete;
+    EffectLoan& operator=(const EffectLoan&) = delete;
+    // The list keeps its room, so only an effect made for the loan can need more; without it, that effect
+    // goes.
+    ~EffectLoan() {
+        const std::lock_guard lock(instance_.idleEffectsMutex_);
+        try {
+            instance_.idleEffects_.push_back(std::move(effect_));
+        } catch (...) {
+        }
+    }
+
+    StandaloneHost& effect() { return *effect_; }
+
+private:
+    PluginInstance& instance_;
+    std::unique_ptr<StandaloneHost> effect_;
+};
+
 PluginInstance::PluginInstance(const PluginDescription& plugin, unsigned width, unsigned height)
     : plugin_(plugin), width_(width), height_(height) {
     params_.records = plugin.defaultRecords();
     for (const HostParameter& parameter : plugin.parameters())
         hostValues_.push_back(hostValueOf(params_.records[parameter.recordIndex]));
+    idleEffects_.push_back(plugin.entry().create());
 }
 
 void PluginInstance::setParameter(int index, const HostValue& value) {
@@ -72,21 +104,22 @@ void PluginInstance::update(const uint32_t* in, std::span<const uint32_t* const>
                             uint32_t* out) noexcept {
     if (!out || width_ == 0 || height_ == 0) return;
     try {
-        if (render(in, layers, out) == Standalone::ErrorCode::kNone) return;
+        EffectLoan loan(*this);
+        if (render(loan.effect(), in, layers, out) == Standalone::ErrorCode::kNone) return;
     } catch (...) {
         // Whatever went wrong stays here: the host gets its frame back unchanged.
     }
     leaveAsInput(in, out);
 }
 
-int32_t PluginInstance::render(const uint32_t* in, std::span<const uint32_t* const> layers, uint32_t* out) {
+int32_t PluginInstance::render(StandaloneHost& effect, const uint32_t* in,
+                               std::span<const uint32_t* const> layers, uint32_t* out) {
     if (width_ > std::numeric_limits<int32_t>::max() || height_ > std::numeric_limits<int32_t>::max()) {
         throw std::bad_alloc();
     }
     const FrameSize size{static_cast<int32_t>(width_), static_cast<int32_t>(height_)};
-    const std::unique_ptr<StandaloneHost> effect = plugin_.entry().create();
-    ImageBuffer output = viewOf(*effect, size, out);
-    ImageBuffer input = inputOf(*effect, size, in, out);
+    ImageBuffer output = viewOf(effect, size, out);
+    ImageBuffer input = inputOf(effect, size, in, out);
 
     // A further layer the host leaves out is a layer parameter with no layer chosen.
     const auto layerCount = static_cast<std::size_t>(plugin_.layerInputs());
@@ -95,10 +128,18 @@ int32_t PluginInstance::render(const uint32_t* in, std::span<const uint32_t* con
     std::vector<ImageBuffer*> layerPointers(layerCount, nullptr);
     for (std::size_t i = 0; i < layerCount && i < layers.size(); ++i) {
         if (!layers[i]) continue;
-        layerImages.push_back(inputOf(*effect, size, layers[i], out));
+        layerImages.push_back(inputOf(effect, size, layers[i], out));
         layerPointers[i] = &layerImages.back();
     }
-    return effect->render(params_, input, output, layerPointers);
+    return effect.render(params_, input, output, layerPointers);
+}
+
+std::size_t PluginInstance::pixelAllocations() const {
+    const std::lock_guard lock(idleEffectsMutex_);
+    std::size_t allocations = 0;
+    for (const auto& effect : idleEffects_)
+        allocations += effect->allocationCount();
+    return allocations;
 }
 
 void PluginInstance::leaveAsInput(const uint32_t* in, uint32_t* out) const noexcept {

@@ -86,13 +86,15 @@ std::byte* Host::allocatePixels(std::size_t bytes) {
         throw std::bad_alloc();
     }
     std::byte* pixels = blockCache_.take(bytes);
-    try {
-        if (!pixels) pixels = Image::allocateAlignedPixels(bytes);
-    } catch (...) {
-        bytesInUse_.fetch_sub(bytes);
-        throw;
+    if (!pixels) {
+        try {
+            pixels = Image::allocateAlignedPixels(bytes);
+        } catch (...) {
+            bytesInUse_.fetch_sub(bytes);
+            throw;
+        }
+        allocationCount_.fetch_add(1);
     }
-    allocationCount_.fetch_add(1);
     for (std::size_t peak = peakBytes_.load();
          held > peak && !peakBytes_.compare_exchange_weak(peak, held);) {
     }

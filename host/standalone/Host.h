@@ -6,7 +6,9 @@
 // threads, folds progress through the same levels, and stops a render the same way: once the caller's
 // progress callback declines or its cancel flag is set, `abortCode` holds 517, every later check throws
 // Tw::Interrupted on any thread, and the render unwinds, releasing every image. One Host serves one
-// render at a time; make a new one (they are cheap; the pool is shared) for each render.
+// render at a time. Keep one for a sequence of frames: the pixel blocks one render releases serve the
+// next. A cancelled host stays cancelled; the next render needs a new one (they are cheap; the pool is
+// shared).
 #pragma once
 
 #include <atomic>
@@ -79,9 +81,10 @@ public:
     void releasePixels(std::byte* pixels, std::size_t bytes) noexcept override;
     const Image::ImageBuffer* outputFrame() const override { return outputFrame_; }
 
-    // Pixel memory taken through this host: allocations made, bytes held now, and the most held at once.
-    // Released blocks stay with the host for its next render (`bytesCached`), never more than the most
-    // held at once, until the host goes.
+    // Pixel memory taken through this host: blocks taken from the system, bytes held now, and the most
+    // held at once. Released blocks stay with the host for its next render (`bytesCached`), never more
+    // than the most held at once, until the host goes; a kept block that serves a request is no new
+    // allocation.
     std::size_t allocationCount() const { return allocationCount_.load(); }
     std::size_t bytesInUse() const { return bytesInUse_.load(); }
     std::size_t peakBytes() const { return peakBytes_.load(); }

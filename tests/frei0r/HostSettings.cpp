@@ -32,7 +32,7 @@ bool changesTheDefault(const ParamRecord& record, const HostValue& value) {
            scratch.records[0].value.text != record.defaultValue.text;
 }
 
-HostValue nonDefaultValue(const ParamRecord& record, int kind, HostProgram host, int& sliders, int& colours) {
+HostValue nonDefaultValue(const ParamRecord& record, int kind, int& sliders, int& colours) {
     HostValue value = hostValueOf(record);
     switch (kind) {
         case F0R_PARAM_BOOL:
@@ -57,7 +57,7 @@ HostValue nonDefaultValue(const ParamRecord& record, int kind, HostProgram host,
             break;
         }
         case F0R_PARAM_POSITION:
-            if (host == HostProgram::Ffmpeg) value.position = {0.375, 0.625};
+            value.position = {0.375, 0.625};
             break;
         default:
             break;
@@ -88,24 +88,56 @@ std::string userText(const ParamRecord& record) {
     }
 }
 
+int colourStep(float component) {
+    return static_cast<int>(std::lround(component * 255.0f));
+}
+
 std::string colourByte(float component) {
     char text[3];
-    std::snprintf(text, sizeof text, "%02x", static_cast<int>(std::lround(component * 255.0f)));
+    std::snprintf(text, sizeof text, "%02x", colourStep(component));
     return text;
+}
+
+std::vector<HostValue> hostValuesOf(const PluginDescription& plugin, const Param::Parameters& params) {
+    std::vector<HostValue> values;
+    for (const HostParameter& parameter : plugin.parameters())
+        values.push_back(hostValueOf(params.records[parameter.recordIndex]));
+    return values;
 }
 
 }  // namespace
 
-HostSettings::HostSettings(const PluginDescription& plugin, HostProgram host) : plugin_(plugin) {
+HostSettings::HostSettings(const PluginDescription& plugin) : plugin_(plugin) {
     params_.records = plugin.defaultRecords();
+}
+
+HostSettings::HostSettings(const PluginDescription& plugin, HostProgram host, std::vector<HostValue> values)
+    : HostSettings(plugin) {
+    values_ = std::move(values);
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+        const HostParameter& parameter = plugin.parameters()[i];
+        HostValue& value = values_[i];
+        if (host == HostProgram::Melt && parameter.kind == F0R_PARAM_POSITION) continue;
+        if (host == HostProgram::Melt && parameter.kind == F0R_PARAM_COLOR) {
+            value.color = {colourStep(value.color.r) / 255.0f, colourStep(value.color.g) / 255.0f,
+                           colourStep(value.color.b) / 255.0f};
+        }
+        setFromHost(params_, parameter.recordIndex, value);
+    }
+}
+
+HostSettings::HostSettings(const PluginDescription& plugin, HostProgram host, const Param::Parameters& wanted)
+    : HostSettings(plugin, host, hostValuesOf(plugin, wanted)) {}
+
+HostSettings HostSettings::varied(const PluginDescription& plugin, HostProgram host) {
     int sliders = 0;
     int colours = 0;
+    std::vector<HostValue> values;
     for (const HostParameter& parameter : plugin.parameters()) {
-        const HostValue value =
-            nonDefaultValue(params_.records[parameter.recordIndex], parameter.kind, host, sliders, colours);
-        setFromHost(params_, parameter.recordIndex, value);
-        values_.push_back(value);
+        values.push_back(nonDefaultValue(plugin.defaultRecords()[parameter.recordIndex], parameter.kind,
+                                         sliders, colours));
     }
+    return HostSettings(plugin, host, std::move(values));
 }
 
 std::string HostSettings::ffmpegParams() const {
@@ -160,6 +192,7 @@ std::vector<std::string> HostSettings::meltProperties() const {
 
 std::vector<std::string> HostSettings::twfxOptions() const {
     std::vector<std::string> options;
+    if (values_.empty()) return options;
     for (const HostParameter& parameter : plugin_.parameters()) {
         options.push_back("--set");
         options.push_back(parameter.name + "=" + userText(params_.records[parameter.recordIndex]));

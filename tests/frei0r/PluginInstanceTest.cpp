@@ -2,9 +2,12 @@
 // order, and what is left in the output when a render fails.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include "host/frei0r/PluginInstance.h"
@@ -82,6 +85,31 @@ public:
     }
 };
 
+// Holds its first render until a second render, on another thread, has finished, and notes which effect
+// object made each.
+class SliceRenders final : public TestEffect {
+public:
+    void defineParameters(Param::Parameters&) override {}
+    void renderFrame(Param::Parameters&, ImageBuffer&, ImageBuffer&, ImageBuffer&,
+                     Image::LayerImages) override {
+        const int render = started++;
+        renderedBy[render] = this;
+        if (render == 0) {
+            const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+            while (!secondFinished && std::chrono::steady_clock::now() < giveUp)
+                std::this_thread::yield();
+            firstSawTheSecondFinish = secondFinished.load();
+        } else {
+            secondFinished = true;
+        }
+    }
+
+    static inline std::atomic<int> started{0};
+    static inline std::atomic<bool> secondFinished{false};
+    static inline bool firstSawTheSecondFinish = false;
+    static inline const StandaloneHost* renderedBy[2] = {};
+};
+
 template <class Effect>
 std::unique_ptr<StandaloneHost> make() {
     return std::make_unique<Effect>();
@@ -92,6 +120,7 @@ const EffectEntry kTestEffects[] = {
     {"FailingEntry", "Failing", EffectInputs::Filter, &make<FailingEffect>, {}, {}},
     {"FailingSourceEntry", "Failing", EffectInputs::Generator, &make<FailingEffect>, {}, {}},
     {"GroupedEntry", "Grouped", EffectInputs::Filter, &make<GroupedLabels>, {}, {}},
+    {"SliceRendersEntry", "Slices", EffectInputs::Filter, &make<SliceRenders>, {}, {}},
 };
 
 // Pixels that differ from one to the next in every component.
@@ -151,6 +180,38 @@ TEST(PluginInstance, RendersEveryEffectInTheHostsUnpaddedFramesAsTheHostDoes) {
         instance.update(input.data(), layers, input.data());
         EXPECT_EQ(input, expected);
     }
+}
+
+TEST(PluginInstance, TheSecondFrameOfEveryEffectTakesNoNewPixelMemory) {
+    constexpr int kWidth = 64, kHeight = 48;
+    for (const EffectEntry& entry : Plugins::effectRegistry<StandaloneHost>()) {
+        SCOPED_TRACE(entry.entryName);
+        const PluginDescription plugin(entry);
+        PluginInstance instance(plugin, kWidth, kHeight);
+        const uint32_t* const layers[] = {nullptr, nullptr};
+        // One frame for input and output, so that every effect takes at least a copy of its input.
+        std::vector<uint32_t> frame = testFrame(kWidth, kHeight, 4);
+        instance.update(frame.data(), layers, frame.data());
+        const std::size_t firstFrame = instance.pixelAllocations();
+        EXPECT_GT(firstFrame, 0u);
+        frame = testFrame(kWidth, kHeight, 5);
+        instance.update(frame.data(), layers, frame.data());
+        EXPECT_EQ(instance.pixelAllocations(), firstFrame);
+    }
+}
+
+// MLT renders slices of a frame through one instance at once, each call with a slice of its own.
+TEST(PluginInstance, RendersCallsOnSeveralThreadsAtOnceWithAnEffectEach) {
+    const PluginDescription plugin(kTestEffects[4], kTestEffects);
+    PluginInstance instance(plugin, 4, 2);
+    std::vector<uint32_t> in(8, 1), top(8), bottom(8);
+    std::thread first([&] { instance.update(in.data(), {}, top.data()); });
+    while (SliceRenders::started == 0)
+        std::this_thread::yield();
+    instance.update(in.data(), {}, bottom.data());
+    first.join();
+    EXPECT_TRUE(SliceRenders::firstSawTheSecondFinish) << "the second call waited for the first";
+    EXPECT_NE(SliceRenders::renderedBy[0], SliceRenders::renderedBy[1]);
 }
 
 TEST(PluginInstance, GivesTheMixersFurtherInputsToTheLayerParametersInOrder) {

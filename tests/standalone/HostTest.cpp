@@ -188,6 +188,7 @@ TEST(StandaloneHost, ReleasedBlocksServeTheNextRenderUpToThePeak) {
     again.allocateDepth({0, 0, 10, 10}, 8);
     other.allocateDepth({0, 0, 20, 10}, 8);
     EXPECT_EQ(again.pixelAddress(0, 0), first);
+    EXPECT_EQ(host.allocationCount(), 3u);
     EXPECT_EQ(host.bytesCached(), 1600u);
     EXPECT_EQ(host.bytesInUse(), 640u + 960u);
 

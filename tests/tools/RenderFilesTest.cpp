@@ -1,10 +1,13 @@
 // What a render does with files: unreadable inputs (exit 3) and unwritable outputs (exit 4) named in
-// the message, no output file after any failure or a cancel, sizes under downsampling, sequences.
+// the message, no output file after any failure or a cancel, sizes under downsampling, sequences and the
+// memory their frames share.
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <sstream>
 
 #include "tests/tools/TwfxFixture.h"
+#include "tools/twfx/FrameRenderer.h"
 
 namespace Tw::Tools::Twfx {
 namespace {
@@ -107,6 +110,30 @@ TEST_F(RenderFiles, SequencesRenderEachFrameToItsNumber) {
     EXPECT_THAT(result.err, HasSubstr("in.0011.png"));
     EXPECT_TRUE(std::filesystem::exists(file("seq.0010.png")));
     EXPECT_FALSE(std::filesystem::exists(file("seq.0011.png")));
+}
+
+TEST_F(RenderFiles, FramesOfASequenceAfterTheFirstTakeNoNewPixelMemory) {
+    for (const char* frame : {"in.0001.png", "in.0002.png", "in.0003.png"})
+        std::filesystem::copy_file(file("in.png"), file(frame));
+    RenderRequest request;
+    request.effect = "Smoothing";
+    request.input = file("in.%04d.png");
+    request.output = file("out.%04d.png");
+    request.frames = FrameRange{1, 3};
+    const EffectEntry& effect = findEffect(request.effect);
+    Param::Parameters params;
+    defineParameters(effect, params);
+    std::ostringstream out, err;
+    const Console console{out, err};
+    FrameRenderer renderer(request, effect, params, {}, console);
+
+    renderer.render(1, [](double) {});
+    const std::size_t firstFrame = renderer.effect().allocationCount();
+    EXPECT_GT(firstFrame, 0u);
+    renderer.render(2, [](double) {});
+    renderer.render(3, [](double) {});
+    EXPECT_EQ(renderer.effect().allocationCount(), firstFrame);
+    EXPECT_TRUE(std::filesystem::exists(file("out.0003.png")));
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -14,14 +12,13 @@
 #include "tools/common/ToolError.h"
 #include "tools/common/UserText.h"
 #include "tools/twfx/EffectLookup.h"
+#include "tools/twfx/FrameRenderer.h"
 #include "tools/twfx/FrameSequence.h"
 #include "tools/twfx/Presets.h"
 #include "tools/twfx/ProgressBar.h"
 
 namespace Tw::Tools::Twfx {
 namespace {
-
-using Image::ImageBuffer;
 
 [[noreturn]] void usageError(const std::string& message) {
     throw ToolError(ExitCode::Usage, message);
@@ -41,13 +38,6 @@ FrameRange frameRangeOf(const RenderRequest& request) {
     }
     return request.frames.value_or(FrameRange{});
 }
-
-// What a layer parameter is given: an image file, or none. Without one, a parameter declared to
-// default to the effect's own layer takes it, as in a host.
-struct LayerSlot {
-    std::string file;
-    bool ownLayerByDefault = false;
-};
 
 // One slot per layer parameter, by its ordinal less one.
 std::vector<LayerSlot> layerSlotsOf(const Param::Parameters& params, const std::vector<Assignment>& layers,
@@ -71,83 +61,6 @@ std::vector<LayerSlot> layerSlotsOf(const Param::Parameters& params, const std::
     }
     return slots;
 }
-
-// One render of the effect, with the settings every frame shares.
-class FrameRenderer {
-public:
-    FrameRenderer(const RenderRequest& request, const EffectEntry& effect, Param::Parameters& params,
-                  std::vector<LayerSlot> layerSlots, const Console& console)
-        : request_(request),
-          effect_(effect),
-          params_(params),
-          layerSlots_(std::move(layerSlots)),
-          console_(console) {}
-
-    // Renders frame `frame`; `progress` receives the share of the render done, from 0 to 1.
-    void render(int frame, const std::function<void(double)>& progress) {
-        FileImage image = readScaled(pathOfFrame(request_.input, frame));
-        const Image::PixelFormat format =
-            frameFormat(request_.depth.value_or(depthForFile(image.spec)), request_.order);
-        ImageBuffer input = frameFromFile(image, format);
-        ImageBuffer output;
-        output.allocate(input.rect, format);
-
-        // Sized once, so that the pointers into it stay valid.
-        std::vector<ImageBuffer> layerFrames(layerSlots_.size());
-        std::vector<ImageBuffer*> layers(layerSlots_.size(), nullptr);
-        for (std::size_t i = 0; i < layerSlots_.size(); ++i) {
-            if (!layerSlots_[i].file.empty()) {
-                layerFrames[i] = frameFromFile(readScaled(pathOfFrame(layerSlots_[i].file, frame)), format);
-                layers[i] = &layerFrames[i];
-            } else if (layerSlots_[i].ownLayerByDefault) {
-                layers[i] = &input;
-            }
-        }
-
-        auto host = effect_.create();
-        host->threadCount = request_.threads;
-        host->downsampleX = request_.downsample.x;
-        host->downsampleY = request_.downsample.y;
-        host->setCancelFlag(console_.cancelFlag);
-        // A node reports done == total as it finishes, which in a graph of one pass reaches the host
-        // unfolded and would show the frame complete before its work has begun; the frame is complete
-        // when render returns.
-        host->setProgressCallback([&](uint64_t done, uint64_t total) {
-            if (done < total) progress(static_cast<double>(done) / static_cast<double>(total));
-            return true;
-        });
-        if (renderCancelled(*host, input, output, layers)) throw ToolError(ExitCode::Cancelled, "cancelled");
-        storeFrame(output, image);
-        writeImageFile(pathOfFrame(request_.output, frame), image, console_.cancelFlag);
-    }
-
-private:
-    FileImage readScaled(const std::string& path) const {
-        FileImage image = readImageFile(path);
-        const Downsample& scale = request_.downsample;
-        return scale.x == 1.0 && scale.y == 1.0 ? image : resizedImage(image, scale.x, scale.y);
-    }
-
-    // True when the render stopped on the cancel flag; other failures are thrown as RenderFailed.
-    bool renderCancelled(StandaloneHost& host, ImageBuffer& input, ImageBuffer& output,
-                         const std::vector<ImageBuffer*>& layers) {
-        std::int32_t code;
-        try {
-            code = host.render(params_, input, output, layers);
-        } catch (const std::bad_alloc&) {
-            throw ToolError(ExitCode::RenderFailed, "render failed: out of memory");
-        } catch (const std::exception& error) {
-            throw ToolError(ExitCode::RenderFailed, std::string("render failed: ") + error.what());
-        }
-        return code != Host::Standalone::ErrorCode::kNone;
-    }
-
-    const RenderRequest& request_;
-    const EffectEntry& effect_;
-    Param::Parameters& params_;
-    std::vector<LayerSlot> layerSlots_;
-    const Console& console_;
-};
 
 }  // namespace
 
