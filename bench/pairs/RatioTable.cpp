@@ -1,0 +1,89 @@
+#include "bench/pairs/RatioTable.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Tw::Bench {
+namespace {
+
+// Page faults a call below a mebibyte of 4 KiB pages cost a fraction of a millisecond: a line buffer, not
+// a frame.
+constexpr double kNotableFaultsPerCall = 256;
+
+// The `q` quantile of `values` (0 the least, 1 the greatest), interpolated between the two nearest.
+double quantile(std::vector<double> values, double q) {
+    std::sort(values.begin(), values.end());
+    const double position = q * static_cast<double>(values.size() - 1);
+    const auto below = static_cast<std::size_t>(position);
+    const std::size_t above = std::min(below + 1, values.size() - 1);
+    const double fraction = position - static_cast<double>(below);
+    return values[below] + fraction * (values[above] - values[below]);
+}
+
+std::string formatted(const char* format, auto... values) {
+    char text[256];
+    std::snprintf(text, sizeof text, format, values...);
+    return text;
+}
+
+}  // namespace
+
+RatioTable::RatioTable() {
+    std::printf(
+        "Ours beside a peer, each on %u threads, timed in alternation on the same frames. ratio: the median "
+        "of the\nratios ours / peer of adjacent runs (below 1: ours is faster); quartiles: the middle half "
+        "of "
+        "those\nratios; ms: the median time of one call of each side; goal: the largest acceptable "
+        "ratio.\n\n",
+        kThreads);
+    std::printf("%-32s %-24s %9s %9s %7s %13s %6s %5s\n", "comparison", "peer", "ours ms", "peer ms", "ratio",
+                "quartiles", "goal", "pairs");
+    std::fflush(stdout);
+}
+
+void RatioTable::addTimes(const Comparison& comparison, const PairedTimes& times) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < times.ours.seconds.size(); ++i)
+        ratios.push_back(times.ours.seconds[i] / times.peer.seconds[i]);
+    const double ratio = quantile(ratios, 0.5);
+    const bool met = ratio <= comparison.goal;
+    std::printf("%-32s %-24s %9.2f %9.2f %7.3f %6.3f-%-6.3f %6.2f %5zu%s\n", comparison.name.c_str(),
+                comparison.peer.c_str(), 1e3 * quantile(times.ours.seconds, 0.5),
+                1e3 * quantile(times.peer.seconds, 0.5), ratio, quantile(ratios, 0.25),
+                quantile(ratios, 0.75), comparison.goal, ratios.size(), met ? "" : "  MISSED");
+    std::fflush(stdout);
+    ++rows_;
+    missed_ += met ? 0 : 1;
+    for (const auto& [side, sideTimes] :
+         {std::pair{"ours", &times.ours}, {comparison.peer.c_str(), &times.peer}}) {
+        if (sideTimes->faultsPerCall >= kNotableFaultsPerCall)
+            faultNotes_.push_back(formatted("%s: %s faulted in %.0f fresh pages a timed call",
+                                            comparison.name.c_str(), side, sideTimes->faultsPerCall));
+    }
+}
+
+void RatioTable::addMemory(const Comparison& comparison, double oursBytes, double peerBytes) {
+    const auto frames = static_cast<double>(comparison.memoryFrameBytes);
+    memoryLines_.push_back(formatted("%-32s ours %.2f frames (%.0f MiB), %s %.2f frames (%.0f MiB)",
+                                     comparison.name.c_str(), oursBytes / frames, oursBytes / (1 << 20),
+                                     comparison.peer.c_str(), peerBytes / frames, peerBytes / (1 << 20)));
+}
+
+bool RatioTable::finish() const {
+    if (!memoryLines_.empty()) {
+        std::printf(
+            "\nMemory one call takes beyond its input and output, at its highest, in frames of the input's "
+            "size:\n");
+        for (const std::string& line : memoryLines_)
+            std::printf("%s\n", line.c_str());
+    }
+    if (!faultNotes_.empty()) {
+        std::printf("\nFresh memory touched inside timed calls, which slows that side:\n");
+        for (const std::string& note : faultNotes_)
+            std::printf("%s\n", note.c_str());
+    }
+    std::printf("\n%d of %d comparisons meet their goals.\n", rows_ - missed_, rows_);
+    return missed_ == 0;
+}
+
+}  // namespace Tw::Bench
