@@ -6,11 +6,16 @@
 #include <chrono>
 #include <cmath>
 #include <thread>
+#include <utility>
 
 namespace Tw::Bench {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+// A call is taken to last at least this long, so that a side that does next to nothing still makes
+// finite counts of calls and pairs.
+constexpr double kShortestCallSeconds = 1e-6;
 
 long pageFaultsSoFar() {
     rusage usage{};
@@ -57,7 +62,7 @@ struct Sampler {
 // first call that outlasts two samples is taken as it is: the side is sampled one call at a time anyway.
 double warmCallSeconds(const Side& side, const RunPlan& plan) {
     const double first = timeOneCall(side);
-    return first >= 2 * plan.sampleSeconds ? first : timeOneCall(side);
+    return std::max(kShortestCallSeconds, first >= 2 * plan.sampleSeconds ? first : timeOneCall(side));
 }
 
 int callsPerSample(double secondsPerCall, const RunPlan& plan) {

@@ -2,10 +2,11 @@
 // adjacent samples gives one ratio ours / peer; a load that comes and goes on a shared machine lands on
 // both samples of most pairs, and the median of the ratios is what the comparison reports.
 //
-// Both sides are warmed by one call each before any timing, and every later call reuses what that call
-// left (the setup's frames, our host's kept pixel blocks, the process's free memory, see main.cpp), so
-// that pages touched for the first time count in neither side. The faults that still happen in timed
-// calls are counted, so that the report can tell when they don't.
+// Both sides are warmed by a call each before any timing (a quick side by two, the second of which sets
+// how many calls make a sample), and every later call reuses what the first left (the setup's frames, our
+// host's kept pixel blocks, the process's free memory, see main.cpp), so that pages touched for the first
+// time count in neither side. The faults that still happen in timed calls are counted, so that the report can
+// tell when they don't.
 #pragma once
 
 #include <vector>

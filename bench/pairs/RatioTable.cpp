@@ -1,7 +1,8 @@
 #include "bench/pairs/RatioTable.h"
 
-#include <algorithm>
 #include <cstdio>
+
+#include "bench/pairs/Quantile.h"
 
 namespace Tw::Bench {
 namespace {
@@ -9,16 +10,6 @@ namespace {
 // Page faults a call below a mebibyte of 4 KiB pages cost a fraction of a millisecond: a line buffer, not
 // a frame.
 constexpr double kNotableFaultsPerCall = 256;
-
-// The `q` quantile of `values` (0 the least, 1 the greatest), interpolated between the two nearest.
-double quantile(std::vector<double> values, double q) {
-    std::sort(values.begin(), values.end());
-    const double position = q * static_cast<double>(values.size() - 1);
-    const auto below = static_cast<std::size_t>(position);
-    const std::size_t above = std::min(below + 1, values.size() - 1);
-    const double fraction = position - static_cast<double>(below);
-    return values[below] + fraction * (values[above] - values[below]);
-}
 
 std::string formatted(const char* format, auto... values) {
     char text[256];
