@@ -17,8 +17,8 @@ public:
 
     void addTimes(const Comparison& comparison, const PairedTimes& times);
     void addMemory(const Comparison& comparison, double oursBytes, double peerBytes);
-    // Prints what follows the rows; true when every comparison met its goal.
-    bool finish() const;
+    // Prints what follows the rows.
+    void finish() const;
 
 private:
     std::vector<std::string> memoryLines_;
