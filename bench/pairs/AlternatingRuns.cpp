@@ -62,11 +62,12 @@ struct Sampler {
 // first call that outlasts two samples is taken as it is: the side is sampled one call at a time anyway.
 double warmCallSeconds(const Side& side, const RunPlan& plan) {
     const double first = timeOneCall(side);
-    return std::max(kShortestCallSeconds, first >= 2 * plan.sampleSeconds ? first : timeOneCall(side));
+    return std::max(kShortestCallSeconds,
+                    first >= 2 * plan.shortestSampleSeconds ? first : timeOneCall(side));
 }
 
-int callsPerSample(double secondsPerCall, const RunPlan& plan) {
-    return std::max(1, static_cast<int>(std::ceil(plan.sampleSeconds / secondsPerCall)));
+int callsPerSample(double secondsPerCall, double sampleSeconds) {
+    return std::max(1, static_cast<int>(std::ceil(sampleSeconds / secondsPerCall)));
 }
 
 }  // namespace
@@ -74,8 +75,10 @@ int callsPerSample(double secondsPerCall, const RunPlan& plan) {
 PairedTimes timeInAlternation(const Sides& sides, const RunPlan& plan) {
     const double oursOnce = warmCallSeconds(sides.ours, plan);
     const double peerOnce = warmCallSeconds(sides.peer, plan);
-    Sampler ours{sides.ours, callsPerSample(oursOnce, plan), {}};
-    Sampler peer{sides.peer, callsPerSample(peerOnce, plan), {}};
+    const double sampleSeconds =
+        std::clamp(std::max(oursOnce, peerOnce), plan.shortestSampleSeconds, plan.longestSampleSeconds);
+    Sampler ours{sides.ours, callsPerSample(oursOnce, sampleSeconds), {}};
+    Sampler peer{sides.peer, callsPerSample(peerOnce, sampleSeconds), {}};
     const double pairSeconds = ours.calls * oursOnce + peer.calls * peerOnce;
     const int pairs =
         std::clamp(static_cast<int>(plan.budgetSeconds / pairSeconds), plan.minPairs, plan.maxPairs);

@@ -16,12 +16,15 @@
 namespace Tw::Bench {
 
 struct RunPlan {
-    // Each sample repeats its side's call until it lasts about this long (and always calls at least once).
-    double sampleSeconds = 0.1;
+    // Each sample repeats its side's call until it lasts about as long as one call of the slower side,
+    // within these bounds (and always calls at least once): both samples of a pair then see a passing load
+    // for about as long.
+    double shortestSampleSeconds = 0.1;
+    double longestSampleSeconds = 1.0;
     // The pairs a comparison runs: as many as fit in the budget, within these bounds.
-    double budgetSeconds = 6.0;
+    double budgetSeconds = 8.0;
     int minPairs = 5;
-    int maxPairs = 25;
+    int maxPairs = 40;
 };
 
 struct SideTimes {

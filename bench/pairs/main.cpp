@@ -4,8 +4,8 @@
 //     bench_pairs [--pairs N] [TEXT...]
 //
 // runs the comparisons whose names contain one of the TEXTs (every one without), with N pairs each when
-// given (otherwise as many as fit in a few seconds). Exits with 0 when the comparisons ran, missed goals
-// or not: timings vary with the machine and fail nothing.
+// given (otherwise as many as fit in about eight seconds). Exits with 0 when the comparisons ran, missed
+// goals or not: timings vary with the machine and fail nothing.
 #include <malloc.h>
 
 #include <cstdio>

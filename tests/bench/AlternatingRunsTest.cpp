@@ -43,7 +43,11 @@ TEST(AlternatingRunsTest, WarmsBothSidesThenAlternatesAndCountsTheFaultsOfEach) 
                       },
                       [&] { calls += 'p'; }};
     // Samples of one call each, and exactly four pairs.
-    const RunPlan plan{.sampleSeconds = 0, .budgetSeconds = 0, .minPairs = 4, .maxPairs = 4};
+    const RunPlan plan{.shortestSampleSeconds = 0,
+                       .longestSampleSeconds = 0,
+                       .budgetSeconds = 0,
+                       .minPairs = 4,
+                       .maxPairs = 4};
 
     const PairedTimes times = timeInAlternation(sides, plan);
 
