@@ -5,9 +5,10 @@
 //
 // runs the comparisons whose names contain one of the TEXTs (every one without), with N pairs each when
 // given (otherwise as many as fit in about eight seconds). Exits with 0 when the comparisons ran, missed
-// goals or not: timings vary with the machine and fail nothing.
+// goals or not: timings vary with the machine and fail nothing. 2 is a bad command line, 1 a failed run.
 #include <malloc.h>
 
+#include <charconv>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -49,8 +50,16 @@ int run(int argc, char** argv) {
     std::vector<std::string> texts;
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        if (argument == "--pairs" && i + 1 < argc) {
-            plan.minPairs = plan.maxPairs = std::max(1, std::stoi(argv[++i]));
+        if (argument == "--pairs") {
+            const std::string count = i + 1 < argc ? argv[++i] : "";
+            int pairs = 0;
+            const auto [end, error] = std::from_chars(count.data(), count.data() + count.size(), pairs);
+            if (error != std::errc{} || end != count.data() + count.size() || pairs < 1) {
+                std::fprintf(stderr, "bench_pairs: --pairs takes a count of 1 or more, not \"%s\"\n",
+                             count.c_str());
+                return 2;
+            }
+            plan.minPairs = plan.maxPairs = pairs;
         } else {
             texts.push_back(argument);
         }
