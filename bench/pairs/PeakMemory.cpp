@@ -23,7 +23,10 @@ double statusBytes(const std::string& field) {
 double residentGrowthOfCall(const Side& side) {
     malloc_trim(0);
     // Resets the highest resident size to the present one.
-    std::ofstream("/proc/self/clear_refs") << "5";
+    std::ofstream reset("/proc/self/clear_refs");
+    reset << "5";
+    reset.close();
+    if (!reset) throw std::runtime_error("cannot reset the peak resident size through /proc/self/clear_refs");
     const double before = statusBytes("VmRSS");
     side();
     return statusBytes("VmHWM") - before;
