@@ -11,6 +11,16 @@ namespace {
 // a frame.
 constexpr double kNotableFaultsPerCall = 256;
 
+// The machine's load average over the last minute, or -1 where the system does not tell it.
+double loadAverage() {
+    double load = -1;
+    if (std::FILE* file = std::fopen("/proc/loadavg", "r")) {
+        if (std::fscanf(file, "%lf", &load) != 1) load = -1;
+        std::fclose(file);
+    }
+    return load;
+}
+
 std::string formatted(const char* format, auto... values) {
     char text[256];
     std::snprintf(text, sizeof text, format, values...);
@@ -24,8 +34,10 @@ RatioTable::RatioTable() {
         "Ours beside a peer, each on %u threads, timed in alternation on the same frames.\n"
         "ratio: the median of the ratios ours / peer of adjacent runs; below 1, ours is faster.\n"
         "quartiles: the middle half of those ratios. ms: the median time of one call of each side.\n"
-        "goal: the largest acceptable ratio; MISSED marks a ratio above it.\n\n",
-        kThreads);
+        "goal: the largest acceptable ratio; MISSED marks a ratio above it.\n"
+        "Load average at the start: %.2f (where it exceeds %u, other work shares the cores and the ratios "
+        "move).\n\n",
+        kThreads, loadAverage(), kThreads);
     std::printf("%-32s %-24s %9s %9s %7s %13s %6s %5s\n", "comparison", "peer", "ours ms", "peer ms", "ratio",
                 "quartiles", "goal", "pairs");
     std::fflush(stdout);
@@ -72,7 +84,8 @@ void RatioTable::finish() const {
         for (const std::string& note : faultNotes_)
             std::printf("%s\n", note.c_str());
     }
-    std::printf("\n%d of %d comparisons meet their goals.\n", rows_ - missed_, rows_);
+    std::printf("\n%d of %d comparisons meet their goals. Load average at the end: %.2f.\n", rows_ - missed_,
+                rows_, loadAverage());
 }
 
 }  // namespace Tw::Bench
