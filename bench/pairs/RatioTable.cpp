@@ -50,7 +50,7 @@ void RatioTable::addTimes(const Comparison& comparison, const PairedTimes& times
         ratios.push_back(times.ours.seconds[i] / times.peer.seconds[i]);
     const double ratio = quantile(ratios, 0.5);
     const bool met = ratio <= comparison.goal;
-    std::printf("%-32s %-24s %9.2f %9.2f %7.3g %6.3g-%-6.3g %6.2f %5zu%s\n", comparison.name.c_str(),
+    std::printf("%-32s %-24s %9.2f %9.2f %#7.3g %#6.3g-%-#6.3g %6.2f %5zu%s\n", comparison.name.c_str(),
                 comparison.peer.c_str(), 1e3 * quantile(times.ours.seconds, 0.5),
                 1e3 * quantile(times.peer.seconds, 0.5), ratio, quantile(ratios, 0.25),
                 quantile(ratios, 0.75), comparison.goal, ratios.size(), met ? "" : "  MISSED");
