@@ -82,16 +82,15 @@ test-cross: build
 	  ctest --test-dir build-$$target -j$(JOBS) --output-on-failure || exit 1; \
 	done
 
-# The benchmarks, ours beside OpenCV's filters. OpenCV's development packages are installed here only, so
-# that building and testing never need them; the configure step runs again to find them.
+# The benchmarks: ours beside OpenCV's filters and a plain copy, timed in alternation. OpenCV's development
+# packages are installed here only, so that building and testing never need them; the configure step runs
+# again to find them.
 bench: build
 	@$(MAKE) --no-print-directory deps PACKAGES="libopencv-dev libopencv-contrib-dev"
 	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_TESTS=ON -DTW_BUILD_BENCHMARKS=ON
-	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_balance bench_blend bench_sequence bench_peers
-	$(BUILD_DIR)/bench/bench_balance
-	$(BUILD_DIR)/bench/bench_blend
+	cmake --build $(BUILD_DIR) -j$(JOBS) --target bench_pairs bench_sequence
+	$(BUILD_DIR)/bench/bench_pairs
 	$(BUILD_DIR)/bench/bench_sequence
-	$(BUILD_DIR)/bench/peers/bench_peers
 
 # The frei0r plug-ins into $(PREFIX)/lib/frei0r-1, where ffmpeg, MLT, Kdenlive and Shotcut look.
 install: build

@@ -1,24 +1,13 @@
-// The baseline of the per-pixel benchmarks: copying a frame, which any effect that reads one frame and
-// writes one costs at least, so the ratio to it says how much an effect's arithmetic adds.
+// The peer of the per-pixel effects: copying the frame, which any effect that reads one frame and writes
+// one costs at least, so the ratio to it says how much an effect's arithmetic adds. Like ours it runs on
+// the shared worker pool, one horizontal band per thread.
 #pragma once
 
-#include <benchmark/benchmark.h>
-
-#include <cstring>
-
+#include "bench/pairs/Comparison.h"
 #include "image/core/ImageBuffer.h"
 
 namespace Tw::Bench {
 
-inline void timePlainCopy(benchmark::State& state, const Image::ImageBuffer& in) {
-    Image::ImageBuffer out;
-    out.allocate(in.rect, in.pixelFormat());
-    const auto bytes = static_cast<std::size_t>(in.rowStride()) * static_cast<std::size_t>(in.rect.height());
-    for (auto _ : state) {
-        std::memcpy(out.pixels(), in.pixels(), bytes);
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
-}
+Side plainCopySide(Image::ImageBuffer frame);
 
 }  // namespace Tw::Bench

@@ -22,11 +22,17 @@ cv::Mat loadPortrait() {
     return rgba;
 }
 
+}  // namespace
+
 int cvTypeOfDepth(int depth) {
     return depth == 8 ? CV_8UC4 : depth == 16 ? CV_16UC4 : CV_32FC4;
 }
 
-}  // namespace
+std::string frameName(Image::PixelFormat format, int width, int height) {
+    const int depth = Image::formatDepth(format);
+    return (depth == 32 ? std::string("float") : std::to_string(depth) + "-bit") + " " +
+           std::to_string(width) + "x" + std::to_string(height);
+}
 
 cv::Mat portraitMat(int width, int height, int cvType) {
     static std::map<std::tuple<int, int, int>, cv::Mat> cache;
