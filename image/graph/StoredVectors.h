@@ -157,15 +157,20 @@ template <class T, int Lanes>
     }
 }
 
-// Integers: max(v, 0), a NaN giving 0, limited to white and cut toward zero. Float passes unchanged.
+// max(v, 0), a NaN giving 0, limited to white: the range of an integer component of type T.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> limitedToWhite(FloatVector<Lanes> values) {
+    using F = FloatVector<Lanes>;
+    return min<Lanes>(max<Lanes>(F{}, values), F{} + ComponentTraits<T>::white);
+}
+
+// Integers: limited to 0..white, a NaN giving 0, and cut toward zero. Float passes unchanged.
 template <class T, int Lanes>
 [[gnu::always_inline]] inline Stored<T, Lanes> clampedStored(FloatVector<Lanes> values) {
-    using F = FloatVector<Lanes>;
     if constexpr (std::is_same_v<T, float>) {
         return values;
     } else {
-        return truncatedStored<T, Lanes>(
-            min<Lanes>(max<Lanes>(F{}, values), F{} + ComponentTraits<T>::white));
+        return truncatedStored<T, Lanes>(limitedToWhite<T, Lanes>(values));
     }
 }
 
@@ -258,6 +263,25 @@ template <int Lanes>
 [[gnu::always_inline]] inline void pixelBytes(IntVector<Lanes> pixels, FloatVector<Lanes> (&components)[4]) {
     for (int c = 0; c < 4; ++c)
         components[c] = __builtin_convertvector((pixels >> (8 * c)) & 0xff, FloatVector<Lanes>);
+}
+
+// The inverse of pixelBytes: four vectors of components already within 0..255, one pixel a lane, cut
+// toward zero and put together as 8-bit pixels, component c in byte c of each lane.
+template <int Lanes>
+[[gnu::always_inline]] inline IntVector<Lanes> bytesOfPixels(const FloatVector<Lanes> (&components)[4]) {
+    IntVector<Lanes> pixels = __builtin_convertvector(components[0], IntVector<Lanes>);
+    for (int c = 1; c < 4; ++c)
+        pixels |= __builtin_convertvector(components[c], IntVector<Lanes>) << (8 * c);
+    return pixels;
+}
+
+// Calls body.template operator()<L>(i) over the N components of a vector in groups of L: as many as
+// Lanes floats hold, or N if fewer; i is the first component of the group.
+template <int N, int Lanes, class Body>
+[[gnu::always_inline]] inline void forEachFloatGroup(Body&& body) {
+    constexpr int kGroup = N < Lanes ? N : Lanes;
+    for (int i = 0; i < N; i += kGroup)
+        body.template operator()<kGroup>(i);
 }
 
 // The sum of a pixel's four components, added in memory order c0, c1, c2, c3 from 0; one pixel a lane.

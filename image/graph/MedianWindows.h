@@ -1,0 +1,147 @@
+// The band loop of kernels built on the median of each pixel's 3 x 3 window (MedianNetwork.h).
+//
+// A window that reaches past an input's rectangle takes the nearest pixel inside it: rows and columns are
+// clamped to each input's own rectangle, input by input. Rows cost one clamp per output row, since each
+// input's three rows are picked once. Columns are clamped only in the rim, the columns that lie outside
+// some input, which run one pixel at a time; everywhere else the work runs a whole vector at a time,
+// with the same results.
+//
+// A row is taken in chunks that keep their scratch in the first-level cache: first every column of the
+// chunk (and one beyond each end) is sorted, once, then each window's median comes from three neighbouring
+// sorted columns, then the kernel's own arithmetic turns medians and centre pixels into output.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "image/graph/ImageView.h"
+#include "image/graph/MedianNetwork.h"
+#include "image/graph/PixelVector.h"
+
+namespace Tw::Image {
+
+// What a 3 x 3 window kernel reads of an input for `rect` of output: one pixel more on every side, within
+// what the input can give. An infinite rectangle stays infinite.
+inline PixelRect medianWindowInputRect(const PixelRect& rect, const PixelRect& inputBounds) {
+    return rect.grown(1, 1).intersect(inputBounds);
+}
+
+namespace Detail {
+
+// One input's rows above, at and below an output row, each clamped to the input's rectangle. An input
+// without pixels reads as one transparent black pixel everywhere.
+template <class T>
+struct ClampedRows {
+    const T* rows[3];
+    int32_t left;
+    int32_t last;
+
+    static ClampedRows of(const ImageView<T>& view, int32_t y) {
+        static constexpr T kTransparent[4] = {};
+        if (!view.hasPixels()) return {{kTransparent, kTransparent, kTransparent}, 0, 0};
+        ClampedRows clamped{{}, view.rect.left, view.rect.right - 1};
+        for (int row = 0; row < 3; ++row)
+            clamped.rows[row] =
+                view.at(view.rect.left, std::clamp(y + row - 1, view.rect.top, view.rect.bottom - 1));
+        return clamped;
+    }
+    // Pixel x of row 0 (above), 1 (at) or 2 (below), the column clamped unless the caller knows it inside.
+    template <bool Clamp>
+    const T* at(int row, int32_t x) const {
+        return rows[row] + 4 * ((Clamp ? std::clamp(x, left, last) : x) - left);
+    }
+};
+
+// Calls body.template operator()<n, Clamp>(x) for runs of n pixels from `begin` to `end`: n = Pixels,
+// unclamped, inside [coveredBegin, coveredEnd) as far as whole runs go; n = 1, clamped, everywhere else.
+template <int Pixels, class Body>
+[[gnu::always_inline]] inline void forEachRun(int32_t begin, int32_t end, int32_t coveredBegin,
+                                              int32_t coveredEnd, Body&& body) {
+    const int32_t runsBegin = std::clamp(coveredBegin, begin, end);
+    const int32_t runsEnd = std::clamp(coveredEnd, runsBegin, end);
+    int32_t x = begin;
+    for (; x < runsBegin; ++x)
+        body.template operator()<1, true>(x);
+    for (; x + Pixels <= runsEnd; x += Pixels)
+        body.template operator()<Pixels, false>(x);
+    for (; x < end; ++x)
+        body.template operator()<1, true>(x);
+}
+
+}  // namespace Detail
+
+// Runs a 3 x 3 median kernel over `band` of `out`, with vectors as wide as `Lanes` floats. The kernel gives
+//   sample.template operator()<N>(std::array<const T*, K> pixels) -> Vector<E, N>: the values whose
+//       median is taken, for the N / 4 pixels from each input's pointer;
+//   finish.template operator()<N>(const E* medians, std::array<const T*, K> centres, T* out): N / 4
+//       output pixels from their medians and each input's centre pixels.
+// N is the width of the vector in elements of E, or 4 for a single pixel.
+template <class E, int Lanes, class T, std::size_t K, class Progress, class Sample, class Finish>
+void forEachMedianWindow(const ImageView<T>& out, const std::array<ImageView<T>, K>& ins,
+                         const PixelRect& band, Progress& progress, Sample&& sample, Finish&& finish) {
+    constexpr int kElements = Lanes * static_cast<int>(sizeof(float) / sizeof(E));
+    constexpr int kPixels = kElements / 4;
+    using V = Vector<E, kElements>;
+    constexpr int32_t kChunk = 256;
+    // Sorted columns of the chunk and one beyond each end, then the chunk's medians. The median loop
+    // runs whole vectors and may reach a few pixels past the chunk, into the slack.
+    constexpr std::size_t kLength = 4 * (kChunk + 2 + kPixels);
+    alignas(32) E low[kLength] = {}, middle[kLength] = {}, high[kLength] = {}, medians[kLength] = {};
+
+    // The columns that every input holds; rows are clamped apart.
+    int32_t coveredBegin = INT32_MIN, coveredEnd = INT32_MAX;
+    for (const auto& in : ins) {
+        coveredBegin = std::max(coveredBegin, in.hasPixels() ? in.rect.left : INT32_MAX);
+        coveredEnd = std::min(coveredEnd, in.hasPixels() ? in.rect.right : INT32_MIN);
+    }
+
+    forEachRow(band, progress, [&](int32_t y) {
+        std::array<Detail::ClampedRows<T>, K> rows;
+        for (std::size_t k = 0; k < K; ++k)
+            rows[k] = Detail::ClampedRows<T>::of(ins[k], y);
+        const auto pixelsAt = [&]<bool Clamp>(int row, int32_t x) {
+            std::array<const T*, K> at;
+            for (std::size_t k = 0; k < K; ++k)
+                at[k] = rows[k].template at<Clamp>(row, x);
+            return at;
+        };
+
+        for (int32_t x0 = band.left, x1; x0 < band.right; x0 = x1) {
+            x1 = x0 + std::min(kChunk, band.right - x0);
+            // Column u sorted at index u - (x0 - 1).
+            Detail::forEachRun<kPixels>(
+                x0 - 1, x1 + 1, coveredBegin, coveredEnd, [&]<int n, bool clamp>(int32_t u) {
+                    const auto columnAt = [&](int row) {
+                        return sample.template operator()<4 * n>(pixelsAt.template operator()<clamp>(row, u));
+                    };
+                    const SortedColumn<E, 4 * n> column =
+                        sortColumn<E, 4 * n>(columnAt(0), columnAt(1), columnAt(2));
+                    const std::size_t i = 4 * static_cast<std::size_t>(u - (x0 - 1));
+                    std::memcpy(low + i, &column.low, sizeof(column.low));
+                    std::memcpy(middle + i, &column.middle, sizeof(column.low));
+                    std::memcpy(high + i, &column.high, sizeof(column.low));
+                });
+            const auto sortedAt = [&](std::size_t i) {
+                SortedColumn<E, kElements> column;
+                std::memcpy(&column.low, low + i, sizeof(V));
+                std::memcpy(&column.middle, middle + i, sizeof(V));
+                std::memcpy(&column.high, high + i, sizeof(V));
+                return column;
+            };
+            for (int32_t x = 0; x < x1 - x0; x += kPixels) {
+                const std::size_t i = 4 * static_cast<std::size_t>(x);
+                const V median = medianOfColumns(sortedAt(i), sortedAt(i + 4), sortedAt(i + 8));
+                std::memcpy(medians + i, &median, sizeof(V));
+            }
+            Detail::forEachRun<kPixels>(x0, x1, coveredBegin, coveredEnd, [&]<int n, bool clamp>(int32_t x) {
+                finish.template operator()<4 * n>(medians + 4 * static_cast<std::size_t>(x - x0),
+                                                  pixelsAt.template operator()<clamp>(1, x), out.at(x, y));
+            });
+        }
+    });
+}
+
+}  // namespace Tw::Image
