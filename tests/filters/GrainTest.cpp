@@ -3,12 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
-#include "host/standalone/Host.h"
 #include "image/filters/retouch/GrainFilter.h"
-#include "image/graph/Scheduler.h"
-#include "tests/support/BareHost.h"
 #include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
@@ -18,17 +14,11 @@ using Host = Tw::Host::Standalone::Host;
 using Tw::Test::componentAt;
 using Tw::Test::gridImage;
 
-const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"), fourCC("bgra")};
-
 ImageBuffer grain(ImageBuffer& detail, ImageBuffer& receiver, float amount) {
-    Tw::Test::BareHost host;
     FilterLayer<Host> detailLayer(&detail);
     FilterLayer<Host> receiverLayer(&receiver);
     GrainFilter<Host> node(detailLayer, receiverLayer, amount);
-    ImageBuffer out;
-    out.allocate(detail.rect, detail.pixelFormat());
-    prepareGraph<Host>(node, host, out);
-    return out;
+    return Tw::Test::renderNode(node, detail.rect, detail.pixelFormat());
 }
 
 // Component c of `image` at (x, y) clamped to its own rectangle.
@@ -54,21 +44,12 @@ double expected(const ImageBuffer& detail, const ImageBuffer& receiver, int32_t 
     return std::clamp(base + std::trunc(excess * amount), 0.0, double(formatMaximum(detail.pixelFormat())));
 }
 
-ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, unsigned seed) {
-    std::mt19937 random(seed);
-    const double white = formatMaximum(format);
-    return gridImage(rect, format, [&](int32_t, int32_t, int) {
-        if (white == 1) return std::uniform_real_distribution<double>(-0.5, 2.0)(random);
-        return std::floor(std::uniform_real_distribution<double>(0, white + 1)(random));
-    });
-}
-
 TEST(Grain, FollowsTheFormulaOnEachImagesOwnClampedWindowsAtEveryDepth) {
     unsigned seed = 1;
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : Tw::Test::kGridFormats) {
         // The receiver covers less than the detail on three sides, so its windows clamp apart.
-        ImageBuffer detail = randomImage({-2, 1, 41, 12}, format, seed++);
-        ImageBuffer receiver = randomImage({0, 1, 37, 10}, format, seed++);
+        ImageBuffer detail = Tw::Test::randomGridImage({-2, 1, 41, 12}, format, seed++);
+        ImageBuffer receiver = Tw::Test::randomGridImage({0, 1, 37, 10}, format, seed++);
         for (const float amount : {0.5f, 0.77f, 1.0f}) {
             Tw::Test::forEachComponent(
                 grain(detail, receiver, amount), [&](int32_t x, int32_t y, int c, double v) {
@@ -80,7 +61,7 @@ TEST(Grain, FollowsTheFormulaOnEachImagesOwnClampedWindowsAtEveryDepth) {
 }
 
 TEST(Grain, EqualImagesAndUniformShiftsCarryNothingOver) {
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : Tw::Test::kGridFormats) {
         const double unit = formatMaximum(format) == 1 ? 1.0 / 256 : 1;
         ImageBuffer receiver = gridImage({0, 0, 23, 6}, format, [&](int32_t x, int32_t y, int c) {
             return ((x * 7 + y * 13 + c) % 200) * unit;
@@ -98,7 +79,7 @@ TEST(Grain, EqualImagesAndUniformShiftsCarryNothingOver) {
 }
 
 TEST(Grain, AnIsolatedDifferenceIsRestoredInFullAtAmountOne) {
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : Tw::Test::kGridFormats) {
         const double unit = formatMaximum(format) == 1 ? 1.0 / 256 : 1;
         ImageBuffer receiver =
             gridImage({0, 0, 20, 7}, format, [&](int32_t, int32_t, int) { return 100 * unit; });

@@ -4,10 +4,7 @@
 #include <cmath>
 #include <random>
 
-#include "host/standalone/Host.h"
 #include "image/filters/retouch/ShineFilter.h"
-#include "image/graph/Scheduler.h"
-#include "tests/support/BareHost.h"
 #include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
@@ -17,9 +14,7 @@ using Host = Tw::Host::Standalone::Host;
 using Tw::Test::componentAt;
 using Tw::Test::gridImage;
 
-const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"), fourCC("bgra")};
-
-ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, unsigned seed) {
+ImageBuffer nearThresholdImage(const PixelRect& rect, PixelFormat format, unsigned seed) {
     std::mt19937 random(seed);
     const double white = formatMaximum(format);
     // Floats gather near the 0.001 threshold now and then; integers take 0 as often.
@@ -33,11 +28,11 @@ ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, unsigned seed
 
 TEST(Shine, PullsDownByTheRatioWhereTheThirdBlurIsDarkerAtEveryDepth) {
     unsigned seed = 3;
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : Tw::Test::kGridFormats) {
         const PixelRect rect{-1, 2, 30, 9};
-        const ImageBuffer o = randomImage(rect, format, seed++);
-        const ImageBuffer b = randomImage(rect, format, seed++);
-        const ImageBuffer d = randomImage(rect, format, seed++);
+        const ImageBuffer o = nearThresholdImage(rect, format, seed++);
+        const ImageBuffer b = nearThresholdImage(rect, format, seed++);
+        const ImageBuffer d = nearThresholdImage(rect, format, seed++);
         for (const float scale : {1.0f, 0.6f}) {
             ImageBuffer out;
             out.allocate(rect, format);
@@ -60,15 +55,12 @@ TEST(Shine, PullsDownByTheRatioWhereTheThirdBlurIsDarkerAtEveryDepth) {
 }
 
 TEST(ShineFilter, OnlyDarkensAndNoScaleDropsTheNode) {
-    for (const PixelFormat format : kFormats) {
-        ImageBuffer input = randomImage({0, 0, 40, 24}, format, 11);
-        Tw::Test::BareHost host;
+    for (const PixelFormat format : Tw::Test::kGridFormats) {
+        ImageBuffer input = nearThresholdImage({0, 0, 40, 24}, format, 11);
         FilterLayer<Host> layer(&input);
         const DomainTransformParams blur{3, 3, 0.4f, 3};
         ShineFilter<Host> shine(layer, blur, 0.7f);
-        ImageBuffer out;
-        out.allocate(input.rect, format);
-        prepareGraph<Host>(shine, host, out);
+        const ImageBuffer out = Tw::Test::renderNode(shine, input.rect, format);
         int darkened = 0;
         Tw::Test::forEachComponent(out, [&](int32_t x, int32_t y, int c, double value) {
             ASSERT_LE(value, componentAt(input, x, y, c)) << x << ", " << y;

@@ -4,17 +4,26 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <functional>
+#include <random>
 #include <vector>
 
+#include "host/standalone/Host.h"
 #include "image/core/ImageBuffer.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
+#include "image/graph/Scheduler.h"
+#include "tests/support/BareHost.h"
 
 namespace Tw::Test {
 
 using ComponentFunction = std::function<double(int32_t x, int32_t y, int c)>;
+
+// Every depth, and both component orders at 8 bits.
+inline const Image::PixelFormat kGridFormats[] = {Image::fourCC("argb"), Image::fourCC("ae16"),
+                                                  Image::fourCC("ae32"), Image::fourCC("bgra")};
 
 inline Image::ImageBuffer gridImage(const Image::PixelRect& rect, Image::PixelFormat format,
                                     const ComponentFunction& value) {
@@ -29,6 +38,27 @@ inline Image::ImageBuffer gridImage(const Image::PixelRect& rect, Image::PixelFo
                     view.at(x, y)[c] = static_cast<T>(value(x, y, c));
     });
     return image;
+}
+
+// Any 8-bit value; 16-bit values up to white, 32768, included; floats from -0.5 to 2.
+inline Image::ImageBuffer randomGridImage(const Image::PixelRect& rect, Image::PixelFormat format,
+                                          unsigned seed) {
+    std::mt19937 random(seed);
+    const double white = Image::formatMaximum(format);
+    return gridImage(rect, format, [&](int32_t, int32_t, int) {
+        if (white == 1) return std::uniform_real_distribution<double>(-0.5, 2.0)(random);
+        return std::floor(std::uniform_real_distribution<double>(0, white + 1)(random));
+    });
+}
+
+// `node` rendered through the graph over `rect`, in `format`, on a standalone host.
+inline Image::ImageBuffer renderNode(Image::FilterBase<Host::Standalone::Host>& node,
+                                     const Image::PixelRect& rect, Image::PixelFormat format) {
+    BareHost host;
+    Image::ImageBuffer out;
+    out.allocate(rect, format);
+    Image::prepareGraph<Host::Standalone::Host>(node, host, out);
+    return out;
 }
 
 // Component c of pixel (x, y), as a double (exact at every depth).
