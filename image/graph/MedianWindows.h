@@ -121,8 +121,8 @@ void forEachMedianWindow(const ImageView<T>& out, const std::array<ImageView<T>,
                         sortColumn<E, 4 * n>(columnAt(0), columnAt(1), columnAt(2));
                     const std::size_t i = 4 * static_cast<std::size_t>(u - (x0 - 1));
                     std::memcpy(low + i, &column.low, sizeof(column.low));
-                    std::memcpy(middle + i, &column.middle, sizeof(column.low));
-                    std::memcpy(high + i, &column.high, sizeof(column.low));
+                    std::memcpy(middle + i, &column.middle, sizeof(column.middle));
+                    std::memcpy(high + i, &column.high, sizeof(column.high));
                 });
             const auto sortedAt = [&](std::size_t i) {
                 SortedColumn<E, kElements> column;

@@ -29,8 +29,8 @@ public:
     bool equals(const Node& other) const override {
         return this->sameKind(other) && amount == static_cast<const GrainFilter&>(other).amount;
     }
-    // No amount would give the receiver, input 1; the answer names input 0, and no graph builds the node
-    // with no amount.
+    // Without an amount the node would give the receiver, input 1; the answer names input 0 all the same,
+    // which no graph meets, since none builds the node without an amount.
     int passThroughInput() const override { return amount == 0 ? 0 : -1; }
     int tileFlags() const override { return 2; }
 
