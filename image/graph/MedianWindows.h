@@ -7,8 +7,8 @@
 // with the same results.
 //
 // A row is taken in chunks that keep their scratch in the first-level cache: first every column of the
-// chunk (and one beyond each end) is sorted, once, then each window's median comes from three neighbouring
-// sorted columns, then the kernel's own arithmetic turns medians and centre pixels into output.
+// chunk (and one beyond each end) is sorted, once; then each window's median comes from three neighbouring
+// sorted columns, and the kernel's own arithmetic turns it and the centre pixels into output.
 #pragma once
 
 #include <algorithm>
@@ -76,7 +76,7 @@ template <int Pixels, class Body>
 // Runs a 3 x 3 median kernel over `band` of `out`, with vectors as wide as `Lanes` floats. The kernel gives
 //   sample.template operator()<N>(std::array<const T*, K> pixels) -> Vector<E, N>: the values whose
 //       median is taken, for the N / 4 pixels from each input's pointer;
-//   finish.template operator()<N>(const E* medians, std::array<const T*, K> centres, T* out): N / 4
+//   finish.template operator()<N>(Vector<E, N> medians, std::array<const T*, K> centres, T* out): N / 4
 //       output pixels from their medians and each input's centre pixels.
 // N is the width of the vector in elements of E, or 4 for a single pixel.
 template <class E, int Lanes, class T, std::size_t K, class Progress, class Sample, class Finish>
@@ -84,12 +84,10 @@ void forEachMedianWindow(const ImageView<T>& out, const std::array<ImageView<T>,
                          const PixelRect& band, Progress& progress, Sample&& sample, Finish&& finish) {
     constexpr int kElements = Lanes * static_cast<int>(sizeof(float) / sizeof(E));
     constexpr int kPixels = kElements / 4;
-    using V = Vector<E, kElements>;
     constexpr int32_t kChunk = 256;
-    // Sorted columns of the chunk and one beyond each end, then the chunk's medians. The median loop
-    // runs whole vectors and may reach a few pixels past the chunk, into the slack.
-    constexpr std::size_t kLength = 4 * (kChunk + 2 + kPixels);
-    alignas(32) E low[kLength] = {}, middle[kLength] = {}, high[kLength] = {}, medians[kLength] = {};
+    // Sorted columns of the chunk and one beyond each end.
+    constexpr std::size_t kLength = 4 * (kChunk + 2);
+    alignas(32) E low[kLength], middle[kLength], high[kLength];
 
     // The columns that every input holds; rows are clamped apart.
     int32_t coveredBegin = INT32_MIN, coveredEnd = INT32_MAX;
@@ -124,20 +122,20 @@ void forEachMedianWindow(const ImageView<T>& out, const std::array<ImageView<T>,
                     std::memcpy(middle + i, &column.middle, sizeof(column.middle));
                     std::memcpy(high + i, &column.high, sizeof(column.high));
                 });
-            const auto sortedAt = [&](std::size_t i) {
-                SortedColumn<E, kElements> column;
-                std::memcpy(&column.low, low + i, sizeof(V));
-                std::memcpy(&column.middle, middle + i, sizeof(V));
-                std::memcpy(&column.high, high + i, sizeof(V));
-                return column;
+            // The median of the windows around x, from the sorted columns x - 1, x and x + 1.
+            const auto medianAt = [&]<int n>(int32_t x) {
+                const auto sortedAt = [&](int32_t u) {
+                    SortedColumn<E, 4 * n> column;
+                    const std::size_t i = 4 * static_cast<std::size_t>(u - (x0 - 1));
+                    std::memcpy(&column.low, low + i, sizeof(column.low));
+                    std::memcpy(&column.middle, middle + i, sizeof(column.middle));
+                    std::memcpy(&column.high, high + i, sizeof(column.high));
+                    return column;
+                };
+                return medianOfColumns(sortedAt(x - 1), sortedAt(x), sortedAt(x + 1));
             };
-            for (int32_t x = 0; x < x1 - x0; x += kPixels) {
-                const std::size_t i = 4 * static_cast<std::size_t>(x);
-                const V median = medianOfColumns(sortedAt(i), sortedAt(i + 4), sortedAt(i + 8));
-                std::memcpy(medians + i, &median, sizeof(V));
-            }
             Detail::forEachRun<kPixels>(x0, x1, coveredBegin, coveredEnd, [&]<int n, bool clamp>(int32_t x) {
-                finish.template operator()<4 * n>(medians + 4 * static_cast<std::size_t>(x - x0),
+                finish.template operator()<4 * n>(medianAt.template operator()<n>(x),
                                                   pixelsAt.template operator()<clamp>(1, x), out.at(x, y));
             });
         }

@@ -22,24 +22,21 @@ void grainBand(ImageBuffer& output, const ImageBuffer& detail, const ImageBuffer
             []<int N>(const std::array<const T*, 2>& pixels) {
                 return loadFloats<N>(pixels[0]) - loadFloats<N>(pixels[1]);
             },
-            [amount]<int N>(const float* medians, const std::array<const T*, 2>& centres, T* out) {
-                forEachFloatGroup<N, kLanes>([&]<int L>(int i) {
-                    using F = FloatVector<L>;
-                    const F base = loadFloats<L>(centres[1] + i);
-                    const F grain = (loadFloats<L>(centres[0] + i) - base) - loadFloats<L>(medians + i);
-                    if constexpr (std::is_same_v<T, float>) {
-                        storeStored<L>(out + i, grain * amount + base);
-                    } else {
-                        // Cut toward zero before the addition. Beyond 2^24 either way the sum is past the
-                        // component's range whatever it is, and within it the truncation is defined.
-                        constexpr float kBeyondRange = 0x1p24f;
-                        const F product =
-                            min<L>(max<L>(F{} - kBeyondRange, grain * amount), F{} + kBeyondRange);
-                        const F truncated =
-                            __builtin_convertvector(__builtin_convertvector(product, IntVector<L>), F);
-                        storeStored<L>(out + i, clampedStored<T, L>(base + truncated));
-                    }
-                });
+            [amount]<int N>(FloatVector<N> medians, const std::array<const T*, 2>& centres, T* out) {
+                using F = FloatVector<N>;
+                const F base = loadFloats<N>(centres[1]);
+                const F grain = (loadFloats<N>(centres[0]) - base) - medians;
+                if constexpr (std::is_same_v<T, float>) {
+                    storeStored<N>(out, grain * amount + base);
+                } else {
+                    // Cut toward zero before the addition. Beyond 2^24 either way the sum is past the
+                    // component's range whatever it is, and within it the truncation is defined.
+                    constexpr float kBeyondRange = 0x1p24f;
+                    const F product = min<N>(max<N>(F{} - kBeyondRange, grain * amount), F{} + kBeyondRange);
+                    const F truncated =
+                        __builtin_convertvector(__builtin_convertvector(product, IntVector<N>), F);
+                    storeStored<N>(out, clampedStored<T, N>(base + truncated));
+                }
             });
     });
 }

@@ -1,6 +1,7 @@
 #include "image/filters/spatial/SharpenKernel.h"
 
 #include <array>
+#include <bit>
 #include <cstring>
 #include <type_traits>
 
@@ -27,25 +28,25 @@ void sharpenBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect&
                 std::memcpy(&components, pixels[0], sizeof components);
                 return components;
             },
-            [&]<int N>(const T* medians, const std::array<const T*, 1>& centres, T* out) {
+            [&]<int N>(Vector<T, N> medians, const std::array<const T*, 1>& centres, T* out) {
                 if constexpr (std::is_same_v<T, uint8_t> && N == 4 * kLanes) {
                     // A whole vector of 8-bit pixels, one pixel a 32-bit lane: shifts and masks take the
                     // components apart and put them together again, leaving the shuffle unit alone.
-                    IntVector<kLanes> centrePixels, medianPixels;
+                    IntVector<kLanes> centrePixels;
                     std::memcpy(&centrePixels, centres[0], sizeof centrePixels);
-                    std::memcpy(&medianPixels, medians, sizeof medianPixels);
                     FloatVector<kLanes> c[4], median[4], result[4];
                     pixelBytes<kLanes>(centrePixels, c);
-                    pixelBytes<kLanes>(medianPixels, median);
+                    pixelBytes<kLanes>(std::bit_cast<IntVector<kLanes>>(medians), median);
                     for (int k = 0; k < 4; ++k)
                         result[k] = limitedToWhite<T, kLanes>(sharpened(c[k], median[k]));
                     const IntVector<kLanes> pixels = bytesOfPixels<kLanes>(result);
                     std::memcpy(out, &pixels, sizeof pixels);
                 } else {
+                    T median[N];
+                    std::memcpy(median, &medians, sizeof median);
                     forEachFloatGroup<N, kLanes>([&]<int L>(int i) {
                         const FloatVector<L> c = loadFloats<L>(centres[0] + i);
-                        storeStored<L>(out + i,
-                                       clampedStored<T, L>(sharpened(c, loadFloats<L>(medians + i))));
+                        storeStored<L>(out + i, clampedStored<T, L>(sharpened(c, loadFloats<L>(median + i))));
                     });
                 }
             });
