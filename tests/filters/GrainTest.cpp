@@ -96,15 +96,5 @@ TEST(Grain, AnIsolatedDifferenceIsRestoredInFullAtAmountOne) {
     }
 }
 
-TEST(Grain, IntegerProductsAreTruncatedBeforeTheAddition) {
-    // A spot 3 below: -3 * 0.5 = -1.5 is cut to -1 first, so 10 becomes 9, where 10 - 1.5 would give 8.
-    for (const PixelFormat format : {fourCC("argb"), fourCC("ae16")}) {
-        ImageBuffer receiver = gridImage({0, 0, 5, 5}, format, [](int32_t, int32_t, int) { return 10; });
-        ImageBuffer detail = gridImage({0, 0, 5, 5}, format,
-                                       [](int32_t x, int32_t y, int) { return x == 2 && y == 2 ? 7 : 10; });
-        EXPECT_EQ(componentAt(grain(detail, receiver, 0.5f), 2, 2, 0), 9);
-    }
-}
-
 }  // namespace
 }  // namespace Tw::Image
