@@ -257,31 +257,32 @@ template <int Lanes>
     components[3] = component.template operator()<3>();
 }
 
-// The same for 8-bit pixels, one a 32-bit lane: shifts and masks, which leave the processor's shuffle
+// Integer components of type T as 32-bit lanes hold them, four of 8 bits or two of 16, taken apart:
+// component k of every lane to `components[k]`, by shifts and masks, which leave the processor's shuffle
 // unit to other work.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline void laneComponents(IntVector<Lanes> lanes,
+                                                  FloatVector<Lanes> (&components)[4 / sizeof(T)]) {
+    constexpr int kBits = 8 * sizeof(T);
+    for (std::size_t k = 0; k < 4 / sizeof(T); ++k)
+        components[k] =
+            __builtin_convertvector((lanes >> (kBits * k)) & ((1 << kBits) - 1), FloatVector<Lanes>);
+}
+
+// The inverse of laneComponents, for values already whole and within the range of T.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline IntVector<Lanes> componentLanes(
+    const FloatVector<Lanes> (&components)[4 / sizeof(T)]) {
+    IntVector<Lanes> lanes = __builtin_convertvector(components[0], IntVector<Lanes>);
+    for (std::size_t k = 1; k < 4 / sizeof(T); ++k)
+        lanes |= __builtin_convertvector(components[k], IntVector<Lanes>) << (8 * sizeof(T) * k);
+    return lanes;
+}
+
+// The same as pixelComponents for 8-bit pixels, one a 32-bit lane.
 template <int Lanes>
 [[gnu::always_inline]] inline void pixelBytes(IntVector<Lanes> pixels, FloatVector<Lanes> (&components)[4]) {
-    for (int c = 0; c < 4; ++c)
-        components[c] = __builtin_convertvector((pixels >> (8 * c)) & 0xff, FloatVector<Lanes>);
-}
-
-// The inverse of pixelBytes: four vectors of components already within 0..255, one pixel a lane, cut
-// toward zero and put together as 8-bit pixels, component c in byte c of each lane.
-template <int Lanes>
-[[gnu::always_inline]] inline IntVector<Lanes> bytesOfPixels(const FloatVector<Lanes> (&components)[4]) {
-    IntVector<Lanes> pixels = __builtin_convertvector(components[0], IntVector<Lanes>);
-    for (int c = 1; c < 4; ++c)
-        pixels |= __builtin_convertvector(components[c], IntVector<Lanes>) << (8 * c);
-    return pixels;
-}
-
-// Calls body.template operator()<L>(i) over the N components of a vector in groups of L: as many as
-// Lanes floats hold, or N if fewer; i is the first component of the group.
-template <int N, int Lanes, class Body>
-[[gnu::always_inline]] inline void forEachFloatGroup(Body&& body) {
-    constexpr int kGroup = N < Lanes ? N : Lanes;
-    for (int i = 0; i < N; i += kGroup)
-        body.template operator()<kGroup>(i);
+    laneComponents<uint8_t, Lanes>(pixels, components);
 }
 
 // The sum of a pixel's four components, added in memory order c0, c1, c2, c3 from 0; one pixel a lane.

@@ -29,25 +29,26 @@ void sharpenBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect&
                 return components;
             },
             [&]<int N>(Vector<T, N> medians, const std::array<const T*, 1>& centres, T* out) {
-                if constexpr (std::is_same_v<T, uint8_t> && N == 4 * kLanes) {
-                    // A whole vector of 8-bit pixels, one pixel a 32-bit lane: shifts and masks take the
-                    // components apart and put them together again, leaving the shuffle unit alone.
-                    IntVector<kLanes> centrePixels;
-                    std::memcpy(&centrePixels, centres[0], sizeof centrePixels);
-                    FloatVector<kLanes> c[4], median[4], result[4];
-                    pixelBytes<kLanes>(centrePixels, c);
-                    pixelBytes<kLanes>(std::bit_cast<IntVector<kLanes>>(medians), median);
-                    for (int k = 0; k < 4; ++k)
+                if constexpr (!std::is_same_v<T, float> && N * sizeof(T) == sizeof(IntVector<kLanes>)) {
+                    // A whole vector of integer components, as many to a 32-bit lane as fit: all are
+                    // treated alike, so shifts and masks take them apart and put them together again in
+                    // place, with no shuffles.
+                    constexpr int kPerLane = 4 / sizeof(T);
+                    IntVector<kLanes> centreLanes;
+                    std::memcpy(&centreLanes, centres[0], sizeof centreLanes);
+                    FloatVector<kLanes> c[kPerLane], median[kPerLane], result[kPerLane];
+                    laneComponents<T, kLanes>(centreLanes, c);
+                    laneComponents<T, kLanes>(std::bit_cast<IntVector<kLanes>>(medians), median);
+                    for (int k = 0; k < kPerLane; ++k)
                         result[k] = limitedToWhite<T, kLanes>(sharpened(c[k], median[k]));
-                    const IntVector<kLanes> pixels = bytesOfPixels<kLanes>(result);
-                    std::memcpy(out, &pixels, sizeof pixels);
+                    const IntVector<kLanes> lanes = componentLanes<T, kLanes>(result);
+                    std::memcpy(out, &lanes, sizeof lanes);
                 } else {
+                    // One pixel, or a vector of floats.
                     T median[N];
                     std::memcpy(median, &medians, sizeof median);
-                    forEachFloatGroup<N, kLanes>([&]<int L>(int i) {
-                        const FloatVector<L> c = loadFloats<L>(centres[0] + i);
-                        storeStored<L>(out + i, clampedStored<T, L>(sharpened(c, loadFloats<L>(median + i))));
-                    });
+                    const FloatVector<N> c = loadFloats<N>(centres[0]);
+                    storeStored<N>(out, clampedStored<T, N>(sharpened(c, loadFloats<N>(median))));
                 }
             });
     });
