@@ -3,8 +3,7 @@
 //
 // The window is taken as three columns of three. Each column is sorted first (three exchanges); the median
 // of the nine is then the median of three values: the greatest of the columns' least, the median of their
-// middles and the least of their greatest. A row of windows shares its columns with its neighbours, so a
-// kernel sorts each column once and takes every window's median from three sorted columns, ten operations.
+// middles and the least of their greatest: ten operations on the three sorted columns.
 //
 // Ties need no care: a network of minima and maxima that gives the median of any nine zeros and ones
 // gives the median of any nine values. Floats use the processors' minimum and maximum (PixelVector.h),

@@ -2,20 +2,21 @@
 //
 // A window that reaches past an input's rectangle takes the nearest pixel inside it: rows and columns are
 // clamped to each input's own rectangle, input by input. Rows cost one clamp per output row, since each
-// input's three rows are picked once. Columns are clamped only in the rim, the columns that lie outside
-// some input, which run one pixel at a time; everywhere else the work runs a whole vector at a time,
-// with the same results.
+// input's three rows are picked once. Columns are clamped only in the rim, the pixels whose window leaves
+// some input at the left or right, which run one pixel at a time; everywhere else the work runs a whole
+// vector of pixels at a time, with the same results.
 //
-// A row is taken in chunks that keep their scratch in the first-level cache: first every column of the
-// chunk (and one beyond each end) is sorted, once; then each window's median comes from three neighbouring
-// sorted columns, and the kernel's own arithmetic turns it and the centre pixels into output.
+// A vector's windows are three vectors of columns, read at one pixel to the left, in place and one pixel
+// to the right, each sorted where it stands; the kernel's own arithmetic then turns their medians and the
+// centre pixels into output. Sorting each column once and keeping it for the neighbouring windows would
+// save minima and maxima, but the stores and loads of the kept columns cost as much, and stores into
+// scratch can stall the loads of a row whose addresses they resemble; nothing but the output is written.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "image/graph/ImageView.h"
 #include "image/graph/MedianNetwork.h"
@@ -84,16 +85,12 @@ void forEachMedianWindow(const ImageView<T>& out, const std::array<ImageView<T>,
                          const PixelRect& band, Progress& progress, Sample&& sample, Finish&& finish) {
     constexpr int kElements = Lanes * static_cast<int>(sizeof(float) / sizeof(E));
     constexpr int kPixels = kElements / 4;
-    constexpr int32_t kChunk = 256;
-    // Sorted columns of the chunk and one beyond each end.
-    constexpr std::size_t kLength = 4 * (kChunk + 2);
-    alignas(32) E low[kLength], middle[kLength], high[kLength];
 
-    // The columns that every input holds; rows are clamped apart.
+    // The columns whose windows lie inside every input, left and right; rows are clamped apart.
     int32_t coveredBegin = INT32_MIN, coveredEnd = INT32_MAX;
     for (const auto& in : ins) {
-        coveredBegin = std::max(coveredBegin, in.hasPixels() ? in.rect.left : INT32_MAX);
-        coveredEnd = std::min(coveredEnd, in.hasPixels() ? in.rect.right : INT32_MIN);
+        coveredBegin = std::max(coveredBegin, in.hasPixels() ? in.rect.left + 1 : INT32_MAX);
+        coveredEnd = std::min(coveredEnd, in.hasPixels() ? in.rect.right - 1 : INT32_MIN);
     }
 
     forEachRow(band, progress, [&](int32_t y) {
@@ -106,39 +103,19 @@ void forEachMedianWindow(const ImageView<T>& out, const std::array<ImageView<T>,
                 at[k] = rows[k].template at<Clamp>(row, x);
             return at;
         };
-
-        for (int32_t x0 = band.left, x1; x0 < band.right; x0 = x1) {
-            x1 = x0 + std::min(kChunk, band.right - x0);
-            // Column u sorted at index u - (x0 - 1).
-            Detail::forEachRun<kPixels>(
-                x0 - 1, x1 + 1, coveredBegin, coveredEnd, [&]<int n, bool clamp>(int32_t u) {
-                    const auto columnAt = [&](int row) {
+        Detail::forEachRun<kPixels>(
+            band.left, band.right, coveredBegin, coveredEnd, [&]<int n, bool clamp>(int32_t x) {
+                // The columns of the windows around x: each sorted where it stands, x - 1, x and x + 1.
+                const auto sortedAt = [&](int32_t u) {
+                    const auto valuesAt = [&](int row) {
                         return sample.template operator()<4 * n>(pixelsAt.template operator()<clamp>(row, u));
                     };
-                    const SortedColumn<E, 4 * n> column =
-                        sortColumn<E, 4 * n>(columnAt(0), columnAt(1), columnAt(2));
-                    const std::size_t i = 4 * static_cast<std::size_t>(u - (x0 - 1));
-                    std::memcpy(low + i, &column.low, sizeof(column.low));
-                    std::memcpy(middle + i, &column.middle, sizeof(column.middle));
-                    std::memcpy(high + i, &column.high, sizeof(column.high));
-                });
-            // The median of the windows around x, from the sorted columns x - 1, x and x + 1.
-            const auto medianAt = [&]<int n>(int32_t x) {
-                const auto sortedAt = [&](int32_t u) {
-                    SortedColumn<E, 4 * n> column;
-                    const std::size_t i = 4 * static_cast<std::size_t>(u - (x0 - 1));
-                    std::memcpy(&column.low, low + i, sizeof(column.low));
-                    std::memcpy(&column.middle, middle + i, sizeof(column.middle));
-                    std::memcpy(&column.high, high + i, sizeof(column.high));
-                    return column;
+                    return sortColumn<E, 4 * n>(valuesAt(0), valuesAt(1), valuesAt(2));
                 };
-                return medianOfColumns(sortedAt(x - 1), sortedAt(x), sortedAt(x + 1));
-            };
-            Detail::forEachRun<kPixels>(x0, x1, coveredBegin, coveredEnd, [&]<int n, bool clamp>(int32_t x) {
-                finish.template operator()<4 * n>(medianAt.template operator()<n>(x),
-                                                  pixelsAt.template operator()<clamp>(1, x), out.at(x, y));
+                finish.template operator()<4 * n>(
+                    medianOfColumns(sortedAt(x - 1), sortedAt(x), sortedAt(x + 1)),
+                    pixelsAt.template operator()<clamp>(1, x), out.at(x, y));
             });
-        }
     });
 }
 
