@@ -10,6 +10,7 @@
 #include "plugins/BlendPlugin.h"
 #include "plugins/BlurPlugin.h"
 #include "plugins/MinMaxPlugin.h"
+#include "plugins/SharpenPlugin.h"
 #include "plugins/SmoothingPlugin.h"
 
 // Every effect: its exported entry name and its plug-in class template over the host. The build reads
@@ -21,6 +22,7 @@
     EFFECT(BlurEntry, BlurPlugin)             \
     EFFECT(MaxEntry, MaxPlugin)               \
     EFFECT(MinEntry, MinPlugin)               \
+    EFFECT(SharpenEntry, SharpenPlugin)       \
     EFFECT(SmoothingEntry, SmoothingPlugin)
 
 namespace Tw::Plugins {

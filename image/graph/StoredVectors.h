@@ -157,15 +157,20 @@ template <class T, int Lanes>
     }
 }
 
-// Integers: max(v, 0), a NaN giving 0, limited to white and cut toward zero. Float passes unchanged.
+// max(v, 0), a NaN giving 0, limited to white: the range of an integer component of type T.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> limitedToWhite(FloatVector<Lanes> values) {
+    using F = FloatVector<Lanes>;
+    return min<Lanes>(max<Lanes>(F{}, values), F{} + ComponentTraits<T>::white);
+}
+
+// Integers: limited to 0..white, a NaN giving 0, and cut toward zero. Float passes unchanged.
 template <class T, int Lanes>
 [[gnu::always_inline]] inline Stored<T, Lanes> clampedStored(FloatVector<Lanes> values) {
-    using F = FloatVector<Lanes>;
     if constexpr (std::is_same_v<T, float>) {
         return values;
     } else {
-        return truncatedStored<T, Lanes>(
-            min<Lanes>(max<Lanes>(F{}, values), F{} + ComponentTraits<T>::white));
+        return truncatedStored<T, Lanes>(limitedToWhite<T, Lanes>(values));
     }
 }
 
@@ -252,12 +257,32 @@ template <int Lanes>
     components[3] = component.template operator()<3>();
 }
 
-// The same for 8-bit pixels, one a 32-bit lane: shifts and masks, which leave the processor's shuffle
+// Integer components of type T as 32-bit lanes hold them, four of 8 bits or two of 16, taken apart:
+// component k of every lane to `components[k]`, by shifts and masks, which leave the processor's shuffle
 // unit to other work.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline void laneComponents(IntVector<Lanes> lanes,
+                                                  FloatVector<Lanes> (&components)[4 / sizeof(T)]) {
+    constexpr int kBits = 8 * sizeof(T);
+    for (std::size_t k = 0; k < 4 / sizeof(T); ++k)
+        components[k] =
+            __builtin_convertvector((lanes >> (kBits * k)) & ((1 << kBits) - 1), FloatVector<Lanes>);
+}
+
+// The inverse of laneComponents, for values already whole and within the range of T.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline IntVector<Lanes> componentLanes(
+    const FloatVector<Lanes> (&components)[4 / sizeof(T)]) {
+    IntVector<Lanes> lanes = __builtin_convertvector(components[0], IntVector<Lanes>);
+    for (std::size_t k = 1; k < 4 / sizeof(T); ++k)
+        lanes |= __builtin_convertvector(components[k], IntVector<Lanes>) << (8 * sizeof(T) * k);
+    return lanes;
+}
+
+// The same as pixelComponents for 8-bit pixels, one a 32-bit lane.
 template <int Lanes>
 [[gnu::always_inline]] inline void pixelBytes(IntVector<Lanes> pixels, FloatVector<Lanes> (&components)[4]) {
-    for (int c = 0; c < 4; ++c)
-        components[c] = __builtin_convertvector((pixels >> (8 * c)) & 0xff, FloatVector<Lanes>);
+    laneComponents<uint8_t, Lanes>(pixels, components);
 }
 
 // The sum of a pixel's four components, added in memory order c0, c1, c2, c3 from 0; one pixel a lane.

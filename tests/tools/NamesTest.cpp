@@ -45,9 +45,9 @@ TEST_F(Names, EffectsGoByDisplayOrShortNameInAnyCase) {
         EXPECT_STREQ(findEffect(name).entryName, "BalanceRGBEntry") << name;
     EXPECT_STREQ(findEffect("balance").entryName, "BalanceEntry");
 
-    const RunResult result = twfx({"params", "Sharpen"});
+    const RunResult result = twfx({"params", "Posterize"});
     EXPECT_EQ(result.code, 5);
-    EXPECT_THAT(result.err, HasSubstr("unknown effect \"Sharpen\""));
+    EXPECT_THAT(result.err, HasSubstr("unknown effect \"Posterize\""));
 }
 
 TEST_F(Names, ANameOfTwoEffectsIsAnErrorThatListsBoth) {
