@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/frei0r/ParamMapping.h"
+#include "host/param/ParamGroups.h"
 #include "image/core/Exception.h"
 
 #ifndef TW_VERSION_MAJOR
@@ -27,16 +28,8 @@ std::string titleOf(const EffectEntry& entry, std::span<const EffectEntry> regis
     return title;
 }
 
-// The label of the nearest group start before `index`; empty when there is none.
-std::string groupOf(const std::vector<ParamRecord>& records, int index) {
-    for (int i = index - 1; i >= 0; --i) {
-        if (records[i].kind == ParamKind::GroupStart) return records[i].label;
-    }
-    return {};
-}
-
 // A label that occurs twice among the controls is written with its group, "Sharpen/Amount", so that a
-// host that sets parameters by name reaches each.
+// host that sets parameters by name reaches each; one of them outside every group keeps its bare label.
 std::vector<HostParameter> hostParametersOf(const std::vector<ParamRecord>& records) {
     std::vector<HostParameter> parameters;
     for (int i = 0; i < static_cast<int>(records.size()); ++i) {
@@ -49,7 +42,8 @@ std::vector<HostParameter> hostParametersOf(const std::vector<ParamRecord>& reco
             std::count_if(parameters.begin(), parameters.end(), [&](const HostParameter& p) {
                 return records[p.recordIndex].label == records[parameter.recordIndex].label;
             });
-        if (sameLabel > 1) parameter.name = groupOf(records, parameter.recordIndex) + "/" + parameter.name;
+        const std::string group = Param::groupOf(records, parameter.recordIndex);
+        if (sameLabel > 1 && !group.empty()) parameter.name = group + "/" + parameter.name;
     }
     return parameters;
 }

@@ -90,7 +90,8 @@ protected:
                           ParamRecord::groupStart("Blur"),
                           ParamRecord::floatSlider("Amount", 0, 0, 100),
                           ParamRecord::intSlider("Radius", 1, 0, 9),
-                          ParamRecord::groupEnd()};
+                          ParamRecord::groupEnd(),
+                          ParamRecord::floatSlider("Detail", 0, 0, 100)};
     }
     Param::Parameters params;
 };
@@ -103,6 +104,14 @@ TEST_F(Labels, ALabelUsedTwiceIsNamedWithItsGroup) {
     const ToolError error = errorOf([&] { findParameter(params, "Amount", "Fx"); });
     EXPECT_EQ(error.code(), ExitCode::UnknownName);
     EXPECT_THAT(error.what(), AllOf(HasSubstr("Sharpen/Amount"), HasSubstr("Blur/Amount")));
+
+    // After a group's end a record stands outside it, and a bare label names the one outside every group.
+    EXPECT_EQ(findParameter(params, "Detail", "Fx"), 7);
+    EXPECT_THAT(errorOf([&] { findParameter(params, "Blur/Detail", "Fx"); }).what(),
+                HasSubstr("no parameter"));
+    params.records.push_back(ParamRecord::floatSlider("Amount", 0, 0, 100));
+    EXPECT_EQ(findParameter(params, "Amount", "Fx"), 8);
+    EXPECT_EQ(findParameter(params, "Sharpen/Amount", "Fx"), 1);
 }
 
 TEST_F(Labels, GroupsAndUnknownLabelsNameNoParameter) {

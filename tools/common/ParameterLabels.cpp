@@ -1,6 +1,9 @@
 #include "tools/common/ParameterLabels.h"
 
+#include <algorithm>
 #include <vector>
+
+#include "host/param/ParamGroups.h"
 
 #include "tools/common/ToolError.h"
 #include "tools/common/UserText.h"
@@ -33,13 +36,6 @@ bool isValueRecord(const Param::ParamRecord& record) {
     }
 }
 
-std::string groupOf(const Param::Parameters& params, int index) {
-    for (int i = index - 1; i >= 0; --i) {
-        if (params.records[i].kind == ParamKind::GroupStart) return params.records[i].label;
-    }
-    return {};
-}
-
 int findParameter(const Param::Parameters& params, std::string_view key, std::string_view effectName) {
     std::vector<int> matches =
         recordsWhere(params, [&](int i) { return equalsIgnoringCase(params.records[i].label, key); });
@@ -50,8 +46,14 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
         const std::string_view label = key.substr(slash + 1);
         matches = recordsWhere(params, [&](int i) {
             return equalsIgnoringCase(params.records[i].label, label) &&
-                   equalsIgnoringCase(groupOf(params, i), group);
+                   equalsIgnoringCase(Param::groupOf(params.records, i), group);
         });
+    }
+    // A label that stands outside every group as well as inside some is the bare one's.
+    if (matches.size() > 1) {
+        const auto outside = [&](int i) { return Param::groupOf(params.records, i).empty(); };
+        if (std::count_if(matches.begin(), matches.end(), outside) == 1)
+            return *std::find_if(matches.begin(), matches.end(), outside);
     }
     if (matches.size() == 1) return matches.front();
 
@@ -63,7 +65,7 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
     }
     std::vector<std::string> choices;
     for (const int i : matches)
-        choices.push_back(groupOf(params, i) + "/" + params.records[i].label);
+        choices.push_back(Param::groupOf(params.records, i) + "/" + params.records[i].label);
     throw ToolError(ExitCode::UnknownName, quoted + " names " + std::to_string(matches.size()) +
                                                " parameters of " + effect + "; write one as " +
                                                joinedWithCommas(choices));

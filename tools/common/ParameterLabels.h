@@ -1,6 +1,7 @@
 // Finding an effect's parameter by the label a user types. Labels compare without regard to case. A
 // label that occurs more than once in an effect is told apart by its group, written "Group/Label", the
-// group being the nearest group start before the parameter.
+// group being the one whose start and end records hold the parameter; where one of them stands outside
+// every group, the bare label names that one.
 #pragma once
 
 #include <string>
@@ -15,9 +16,6 @@ namespace Param = ::Tw::Host::Param;
 // Whether a user sees the record as a parameter of its own: not the records without a control, and not
 // the group starts and ends that only arrange the others.
 bool isValueRecord(const Param::ParamRecord& record);
-
-// The label of the nearest group start before `index`; empty when there is none.
-std::string groupOf(const Param::Parameters& params, int index);
 
 // The list index of the value record that `key` names. Throws ToolError with ExitCode::UnknownName when
 // none does, or when several do and the key doesn't tell them apart; `effectName` goes into the message.
