@@ -9,6 +9,7 @@
 #include "plugins/BalanceRGBPlugin.h"
 #include "plugins/BlendPlugin.h"
 #include "plugins/BlurPlugin.h"
+#include "plugins/CIECCPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/SmoothingPlugin.h"
 
@@ -19,6 +20,7 @@
     EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
     EFFECT(BlendEntry, BlendPlugin)           \
     EFFECT(BlurEntry, BlurPlugin)             \
+    EFFECT(CIECCEntry, CIE_CC_Plugin)         \
     EFFECT(MaxEntry, MaxPlugin)               \
     EFFECT(MinEntry, MinPlugin)               \
     EFFECT(SmoothingEntry, SmoothingPlugin)
