@@ -69,34 +69,58 @@ template <int Lanes>
     return {116.0f * fy - 16.0f, 500.0f * (fx - fy), 200.0f * (fy - fz)};
 }
 
-// Components in 0..1 of white, not limited.
-template <int Lanes>
-[[gnu::always_inline]] inline LabVectors<Lanes> labFromEncoded(const RgbVectors<Lanes>& colour) {
-    const auto r = Detail::linearTimes100<Lanes>(colour.red);
-    const auto g = Detail::linearTimes100<Lanes>(colour.green);
-    const auto b = Detail::linearTimes100<Lanes>(colour.blue);
-    const auto x = (0.4124f * r + 0.3576f * g) + 0.1805f * b;
-    const auto y = (0.2126f * r + 0.7152f * g) + 0.0722f * b;
-    const auto z = (0.0193f * r + 0.1192f * g) + 0.9505f * b;
-    return labFromCurves<Lanes>(Detail::labCurve<Lanes>(x / 95.047f), Detail::labCurve<Lanes>(y / 100.0f),
-                                Detail::labCurve<Lanes>(z / 108.883f));
+// Components in 0..1 of white, not limited; `Blocks` colours side by side, each step over all of them
+// before the next, so that the processor overlaps their chains of dependent operations.
+template <int Lanes, int Blocks>
+[[gnu::always_inline]] inline void labFromEncoded(const RgbVectors<Lanes> (&colours)[Blocks],
+                                                  LabVectors<Lanes> (&lab)[Blocks]) {
+    FloatVector<Lanes> linear[Blocks][3];
+    for (int k = 0; k < Blocks; ++k) {
+        linear[k][0] = Detail::linearTimes100<Lanes>(colours[k].red);
+        linear[k][1] = Detail::linearTimes100<Lanes>(colours[k].green);
+        linear[k][2] = Detail::linearTimes100<Lanes>(colours[k].blue);
+    }
+    for (int k = 0; k < Blocks; ++k) {
+        const auto [r, g, b] = linear[k];
+        const auto x = (0.4124f * r + 0.3576f * g) + 0.1805f * b;
+        const auto y = (0.2126f * r + 0.7152f * g) + 0.0722f * b;
+        const auto z = (0.0193f * r + 0.1192f * g) + 0.9505f * b;
+        lab[k] =
+            labFromCurves<Lanes>(Detail::labCurve<Lanes>(x / 95.047f), Detail::labCurve<Lanes>(y / 100.0f),
+                                 Detail::labCurve<Lanes>(z / 108.883f));
+    }
 }
 
-// Back to display-encoded components, not limited. `YThroughHundred` takes Y through its scale of 100
-// and back, as X and Z are, which can move it by a unit in the last place; without it Y is used as the
-// curve gives it.
-template <int Lanes, bool YThroughHundred>
-[[gnu::always_inline]] inline RgbVectors<Lanes> encodedFromLab(const LabVectors<Lanes>& lab) {
-    const auto fy = (lab.lightness + 16.0f) / 116.0f;
-    const auto fx = lab.a / 500.0f + fy;
-    const auto fz = fy - lab.b / 200.0f;
-    const auto x = Detail::inverseLabCurve<Lanes>(fx) * 95.047f / 100.0f;
-    auto y = Detail::inverseLabCurve<Lanes>(fy);
-    if constexpr (YThroughHundred) y = y * 100.0f / 100.0f;
-    const auto z = Detail::inverseLabCurve<Lanes>(fz) * 108.883f / 100.0f;
-    return {Detail::encoded<Lanes>(3.2406f * x - 1.5372f * y - 0.4986f * z),
-            Detail::encoded<Lanes>(-0.9689f * x + 1.8758f * y + 0.0415f * z),
-            Detail::encoded<Lanes>(0.0557f * x - 0.204f * y + 1.057f * z)};
+template <int Lanes>
+[[gnu::always_inline]] inline LabVectors<Lanes> labFromEncoded(const RgbVectors<Lanes>& colour) {
+    LabVectors<Lanes> lab[1];
+    labFromEncoded<Lanes, 1>({colour}, lab);
+    return lab[0];
+}
+
+// Back to display-encoded components, not limited, `Blocks` colours side by side. `YThroughHundred`
+// takes Y through its scale of 100 and back, as X and Z are, which can move it by a unit in the last
+// place; without it Y is used as the curve gives it.
+template <int Lanes, bool YThroughHundred, int Blocks>
+[[gnu::always_inline]] inline void encodedFromLab(const LabVectors<Lanes> (&lab)[Blocks],
+                                                  RgbVectors<Lanes> (&colours)[Blocks]) {
+    FloatVector<Lanes> linear[Blocks][3];
+    for (int k = 0; k < Blocks; ++k) {
+        const auto fy = (lab[k].lightness + 16.0f) / 116.0f;
+        const auto fx = lab[k].a / 500.0f + fy;
+        const auto fz = fy - lab[k].b / 200.0f;
+        const auto x = Detail::inverseLabCurve<Lanes>(fx) * 95.047f / 100.0f;
+        auto y = Detail::inverseLabCurve<Lanes>(fy);
+        if constexpr (YThroughHundred) y = y * 100.0f / 100.0f;
+        const auto z = Detail::inverseLabCurve<Lanes>(fz) * 108.883f / 100.0f;
+        linear[k][0] = 3.2406f * x - 1.5372f * y - 0.4986f * z;
+        linear[k][1] = -0.9689f * x + 1.8758f * y + 0.0415f * z;
+        linear[k][2] = 0.0557f * x - 0.204f * y + 1.057f * z;
+    }
+    for (int k = 0; k < Blocks; ++k) {
+        colours[k] = {Detail::encoded<Lanes>(linear[k][0]), Detail::encoded<Lanes>(linear[k][1]),
+                      Detail::encoded<Lanes>(linear[k][2])};
+    }
 }
 
 }  // namespace Tw::Image

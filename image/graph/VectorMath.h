@@ -16,10 +16,11 @@ namespace Tw::Image {
 
 namespace Detail {
 
-// log2(x) for normal x > 0 in two parts: a whole number and log2 of the rest, within 1/2 of 0.
+// log2(x) for normal x > 0 in two parts: a whole number, and the rest, within 1/2 of 0, as a multiple
+// of 2 / ln 2 (so that a caller can fold a factor of its own into that constant).
 template <int Lanes>
 [[gnu::always_inline]] inline void logarithm2Parts(FloatVector<Lanes> x, FloatVector<Lanes>& whole,
-                                                   FloatVector<Lanes>& fraction) {
+                                                   FloatVector<Lanes>& rest) {
     using F = FloatVector<Lanes>;
     using I = IntVector<Lanes>;
     const I bits = std::bit_cast<I>(x);
@@ -37,7 +38,7 @@ template <int Lanes>
     series = series * t2 + 1.0f / 3.0f;
     series = series * t2 + 1.0f;
     whole = __builtin_convertvector(exponent, F);
-    fraction = t * series * 2.88539008177792681f;
+    rest = t * series;
 }
 
 // 2^f * 2^n for f in [-1/2, 1/2] and a whole n from -126 to 127.
@@ -61,9 +62,9 @@ template <int Lanes>
 // log2(x) for normal x > 0.
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> logarithm2(FloatVector<Lanes> x) {
-    FloatVector<Lanes> whole, fraction;
-    Detail::logarithm2Parts<Lanes>(x, whole, fraction);
-    return whole + fraction;
+    FloatVector<Lanes> whole, rest;
+    Detail::logarithm2Parts<Lanes>(x, whole, rest);
+    return whole + rest * 2.88539008177792681f;
 }
 
 // 2^y, with y limited to where the result is a normal float.
@@ -80,19 +81,18 @@ template <int Lanes>
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> power(FloatVector<Lanes> x, float y) {
     using F = FloatVector<Lanes>;
-    F whole, fraction;
-    Detail::logarithm2Parts<Lanes>(max<Lanes>(x, F{} + FLT_MIN), whole, fraction);
-    // y * log2(x), with its whole part kept apart from its fraction: rounded as one float, the product
-    // would lose bits of the fraction to the whole part. y in two halves of 12 bits, each of which times
-    // the exponent (at most 8 bits) is exact.
+    F whole, rest;
+    Detail::logarithm2Parts<Lanes>(max<Lanes>(x, F{} + FLT_MIN), whole, rest);
+    // y * log2(x) as a whole number n and a fraction f: rounded as one float, the product would lose bits
+    // of the fraction to the whole part. n comes from the product as a float; f is worked out with y in
+    // two halves of 12 bits, each of which times the exponent (at most 8 bits) is exact, and so is their
+    // difference from n.
     const float yHigh = std::bit_cast<float>(std::bit_cast<uint32_t>(y) & 0xfffff000u);
     const float yLow = y - yHigh;
-    const F product = whole * yHigh;
-    F n = roundToNearestEven<Lanes>(product);
-    F f = (product - n) + whole * yLow + fraction * y;
-    const F carry = roundToNearestEven<Lanes>(f);
-    return Detail::scaledPower2<Lanes>(f - carry,
-                                       min<Lanes>(max<Lanes>(n + carry, F{} - 126.0f), F{} + 127.0f));
+    const F restTimesY = rest * (2.88539008177792681f * y);
+    const F n = roundToNearestEven<Lanes>(whole * y + restTimesY);
+    const F f = ((whole * yHigh - n) + whole * yLow) + restTimesY;
+    return Detail::scaledPower2<Lanes>(f, min<Lanes>(max<Lanes>(n, F{} - 126.0f), F{} + 127.0f));
 }
 
 // e^x. Below about -103 the result is 0; results under the smallest normal float come out as the

@@ -7,16 +7,20 @@ namespace Tw::Image {
 
 namespace {
 
-// The colour of a point after the correction. The hue turns forward, toward larger angles.
-template <int Lanes>
-[[gnu::always_inline]] inline RgbVectors<Lanes> corrected(const KeyVectors<Lanes>& point,
-                                                          const LabCorrection& correction) {
+// The colours of points after the correction. The hue turns forward, toward larger angles.
+template <int Lanes, int Blocks>
+[[gnu::always_inline]] inline void corrected(const KeyVectors<Lanes> (&points)[Blocks],
+                                             const LabCorrection& correction,
+                                             RgbVectors<Lanes> (&colours)[Blocks]) {
     using F = FloatVector<Lanes>;
-    F sine, cosine;
-    sineCosine<Lanes>((point.hue + correction.hue) * 6.2831855f, sine, cosine);
-    const F chroma = point.chroma * correction.chroma * 128.0f;
-    return encodedFromLab<Lanes, false>(
-        {point.lightness * correction.lightness * 105.0f, cosine * chroma, sine * chroma});
+    LabVectors<Lanes> lab[Blocks];
+    for (int k = 0; k < Blocks; ++k) {
+        F sine, cosine;
+        sineCosine<Lanes>((points[k].hue + correction.hue) * 6.2831855f, sine, cosine);
+        const F chroma = points[k].chroma * correction.chroma * 128.0f;
+        lab[k] = {points[k].lightness * correction.lightness * 105.0f, cosine * chroma, sine * chroma};
+    }
+    encodedFromLab<Lanes, false, Blocks>(lab, colours);
 }
 
 }  // namespace
@@ -31,19 +35,21 @@ void colorKeyCCBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer
                                               typename Layout::Component* out) {
                      using T = typename Layout::Component;
                      using F = FloatVector<Lanes>;
-                     F as[4], bs[4], outs[4];
-                     loadPixelPlanes<Lanes>(first, as);
-                     loadPixelPlanes<Lanes>(second, bs);
-                     const KeyVectors<Lanes> point =
-                         keySpaceOfLab<Lanes>(labFromEncoded<Lanes>(colourOfPlanes<Layout, Lanes>(bs)));
-                     const F m = keyStrength<Lanes>(box, point);
-                     const RgbVectors<Lanes> colour = corrected<Lanes>(point, correction);
-                     bs[Layout::red] = wholeLevelsOf<T, Lanes>(colour.red);
-                     bs[Layout::green] = wholeLevelsOf<T, Lanes>(colour.green);
-                     bs[Layout::blue] = wholeLevelsOf<T, Lanes>(colour.blue);
-                     for (int c = 0; c < 4; ++c)
-                         outs[c] = (bs[c] - as[c]) * m + as[c];
-                     storePixelPlanes<Lanes>(out, outs);
+                     const KeyedBlocks<Layout, Lanes> keyed(box, second);
+                     RgbVectors<Lanes> colours[kBlocksAbreast];
+                     corrected<Lanes, kBlocksAbreast>(keyed.points, correction, colours);
+                     for (int k = 0; k < kBlocksAbreast; ++k) {
+                         F as[4], bs[4], outs[4];
+                         loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                         for (int c = 0; c < 4; ++c)
+                             bs[c] = keyed.planes[k][c];
+                         bs[Layout::red] = wholeLevelsOf<T, Lanes>(colours[k].red);
+                         bs[Layout::green] = wholeLevelsOf<T, Lanes>(colours[k].green);
+                         bs[Layout::blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
+                         for (int c = 0; c < 4; ++c)
+                             outs[c] = (bs[c] - as[c]) * keyed.strengths[k] + as[c];
+                         storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
+                     }
                  });
 }
 

@@ -14,24 +14,25 @@ void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& 
                                                   const typename Layout::Component* second,
                                                   typename Layout::Component* out) {
                          using F = FloatVector<Lanes>;
-                         F bs[4], as[4], outs[4];
-                         loadPixelPlanes<Lanes>(second, bs);
-                         const F m = keyStrength<Lanes>(
-                             box,
-                             keySpaceOfLab<Lanes>(labFromEncoded<Lanes>(colourOfPlanes<Layout, Lanes>(bs))));
-                         if constexpr (Result == ColorKeyOutput::Mix) {
-                             loadPixelPlanes<Lanes>(first, as);
-                             for (int c = 0; c < 4; ++c)
-                                 outs[c] = (bs[c] - as[c]) * m + as[c];
-                         } else {
-                             for (int c = 0; c < 4; ++c)
-                                 outs[c] = m * Layout::white;
+                         const KeyedBlocks<Layout, Lanes> keyed(box, second);
+                         for (int k = 0; k < kBlocksAbreast; ++k) {
+                             const F m = keyed.strengths[k];
+                             const F(&bs)[4] = keyed.planes[k];
+                             F as[4], outs[4];
+                             if constexpr (Result == ColorKeyOutput::Mix) {
+                                 loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                                 for (int c = 0; c < 4; ++c)
+                                     outs[c] = (bs[c] - as[c]) * m + as[c];
+                             } else {
+                                 for (int c = 0; c < 4; ++c)
+                                     outs[c] = m * Layout::white;
+                             }
+                             if constexpr (Result == ColorKeyOutput::MaskInColour) {
+                                 loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                                 outs[Layout::alpha] = as[Layout::alpha];
+                             }
+                             storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
                          }
-                         if constexpr (Result == ColorKeyOutput::MaskInColour) {
-                             loadPixelPlanes<Lanes>(first, as);
-                             outs[Layout::alpha] = as[Layout::alpha];
-                         }
-                         storePixelPlanes<Lanes>(out, outs);
                      });
     };
     switch (result) {

@@ -28,29 +28,37 @@ struct ChromaMatrix {
     std::array<float, 4> ab;
 };
 
-// Blocks of Lanes pixels in planes of one component.
+// kBlocksAbreast blocks of Lanes pixels, in planes of one component.
 template <class Layout, int Lanes>
 struct CorrectedPixels {
     using T = typename Layout::Component;
     using F = FloatVector<Lanes>;
 
     void apply(const T* in, T* out) const {
-        F planes[4];
-        loadPixelPlanes<Lanes>(in, planes);
-        const LabVectors<Lanes> lab = labFromEncoded<Lanes>({fractionsOf<T, Lanes>(planes[Layout::red]),
-                                                             fractionsOf<T, Lanes>(planes[Layout::green]),
-                                                             fractionsOf<T, Lanes>(planes[Layout::blue])});
-        const F lightness = lab.lightness / 105.0f;
-        const F a = lab.a * 0.0078125f;
-        const F b = lab.b * 0.0078125f;
-        const F a2 = matrix.ab[0] * a + matrix.ab[1] * b;
-        const F b2 = matrix.ab[2] * a + matrix.ab[3] * b;
-        const RgbVectors<Lanes> colour = encodedFromLab<Lanes, true>(
-            {lightness * correction.lightness * 105.0f, a2 * 128.0f, b2 * 128.0f});
-        planes[Layout::red] = wholeLevelsOf<T, Lanes>(colour.red);
-        planes[Layout::green] = wholeLevelsOf<T, Lanes>(colour.green);
-        planes[Layout::blue] = wholeLevelsOf<T, Lanes>(colour.blue);
-        storePixelPlanes<Lanes>(out, planes);
+        F planes[kBlocksAbreast][4];
+        RgbVectors<Lanes> colours[kBlocksAbreast];
+        for (int k = 0; k < kBlocksAbreast; ++k) {
+            loadPixelPlanes<Lanes>(in + 4 * Lanes * k, planes[k]);
+            colours[k] = {fractionsOf<T, Lanes>(planes[k][Layout::red]),
+                          fractionsOf<T, Lanes>(planes[k][Layout::green]),
+                          fractionsOf<T, Lanes>(planes[k][Layout::blue])};
+        }
+        LabVectors<Lanes> lab[kBlocksAbreast];
+        labFromEncoded<Lanes, kBlocksAbreast>(colours, lab);
+        for (int k = 0; k < kBlocksAbreast; ++k) {
+            const F a = lab[k].a * 0.0078125f;
+            const F b = lab[k].b * 0.0078125f;
+            const F a2 = matrix.ab[0] * a + matrix.ab[1] * b;
+            const F b2 = matrix.ab[2] * a + matrix.ab[3] * b;
+            lab[k] = {lab[k].lightness / 105.0f * correction.lightness * 105.0f, a2 * 128.0f, b2 * 128.0f};
+        }
+        encodedFromLab<Lanes, true, kBlocksAbreast>(lab, colours);
+        for (int k = 0; k < kBlocksAbreast; ++k) {
+            planes[k][Layout::red] = wholeLevelsOf<T, Lanes>(colours[k].red);
+            planes[k][Layout::green] = wholeLevelsOf<T, Lanes>(colours[k].green);
+            planes[k][Layout::blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
+            storePixelPlanes<Lanes>(out + 4 * Lanes * k, planes[k]);
+        }
     }
 
     LabCorrection correction;
@@ -67,14 +75,15 @@ void ccBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect& band
         constexpr int lanes = kPixelLanes<decltype(isa)>;
         const CorrectedPixels<Layout, lanes> pixels{correction, ChromaMatrix(correction)};
         const bool identity = correction.isIdentity();
-        forEachPixelBlock<lanes>(ImageView<T>::of(output), std::array{ImageView<T>::of(input)}, band,
-                                 progress, [&](const std::array<const T*, 1>& in, T* out) {
-                                     if (identity) {
-                                         std::memmove(out, in[0], sizeof(T) * 4 * lanes);
-                                     } else {
-                                         pixels.apply(in[0], out);
-                                     }
-                                 });
+        constexpr int blockPixels = kBlocksAbreast * lanes;
+        forEachPixelBlock<blockPixels>(ImageView<T>::of(output), std::array{ImageView<T>::of(input)}, band,
+                                       progress, [&](const std::array<const T*, 1>& in, T* out) {
+                                           if (identity) {
+                                               std::memmove(out, in[0], sizeof(T) * 4 * blockPixels);
+                                           } else {
+                                               pixels.apply(in[0], out);
+                                           }
+                                       });
     });
 }
 
