@@ -41,9 +41,9 @@ public:
     using FilterPlugin<Host, CIECCPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
-        // The hue is an angle in degrees, which the host keeps in fixed point.
-        list.records.push_back(
-            Param::ParamRecord::floatSlider("Adjust Hue", 0, -360, 360, Param::ParamFlag::Angle));
+        // A slider in degrees. The host's own fixed-point slider is no kind of the parameter list; a float
+        // slider over the same range stands for it.
+        list.records.push_back(Param::ParamRecord::floatSlider("Adjust Hue", 0, -360, 360));
         list.records.push_back(Param::ParamRecord::floatSlider("Adjust Saturation", 0, -100, 100));
         list.records.push_back(Param::ParamRecord::floatSlider("Adjust Brightness", 0, -100, 100));
     }

@@ -16,6 +16,8 @@ inline std::vector<Setting> settingsFor(const std::string& entry) {
         return {{"Gamma", 0.8}, {"From High RGB", Color8{230, 240, 250}}, {"To Low RGB", Color8{10, 0, 20}}};
     if (entry == "BlendEntry") return {{"Blend Mode", PopupChoice{3}}, {"Opacity", 60.0}};
     if (entry == "BlurEntry") return {{"Radius", 2.5}};
+    if (entry == "CIECCEntry")
+        return {{"Adjust Hue", 40.0}, {"Adjust Saturation", -30.0}, {"Adjust Brightness", 15.0}};
     if (entry == "MaxEntry" || entry == "MinEntry") return {{"Radius", 3.0}};
     if (entry == "SmoothingEntry")
         return {{"Smoothing Amount", 8.0}, {"Skin Detail Smoothing", 20.0}, {"Contrast Enhance", 40.0}};
