@@ -14,6 +14,15 @@
 
 namespace Tw::Image {
 
+// c[0] x^(N-1) + c[1] x^(N-2) + ... + c[N-1], by Horner's rule.
+template <int Lanes, std::size_t N>
+[[gnu::always_inline]] inline FloatVector<Lanes> polynomial(FloatVector<Lanes> x, const float (&c)[N]) {
+    FloatVector<Lanes> p = FloatVector<Lanes>{} + c[0];
+    for (std::size_t i = 1; i < N; ++i)
+        p = p * x + c[i];
+    return p;
+}
+
 namespace Detail {
 
 // log2(x) for normal x > 0 in two parts: a whole number, and the rest, within 1/2 of 0, as a multiple
@@ -33,10 +42,7 @@ template <int Lanes>
     // log2(m) = 2 / ln 2 * atanh(t), t = (m - 1) / (m + 1), |t| < 0.172: four terms of the odd series.
     const F t = (m - 1.0f) / (m + 1.0f);
     const F t2 = t * t;
-    F series = F{} + 1.0f / 7.0f;
-    series = series * t2 + 1.0f / 5.0f;
-    series = series * t2 + 1.0f / 3.0f;
-    series = series * t2 + 1.0f;
+    const F series = polynomial<Lanes>(t2, {1.0f / 7.0f, 1.0f / 5.0f, 1.0f / 3.0f, 1.0f});
     whole = __builtin_convertvector(exponent, F);
     rest = t * series;
 }
@@ -47,13 +53,9 @@ template <int Lanes>
     using F = FloatVector<Lanes>;
     using I = IntVector<Lanes>;
     // 2^f = e^(f ln 2): the Taylor series to the sixth power, within 1.3e-7 on this interval.
-    F p = F{} + 1.5403530393381606e-4f;
-    p = p * f + 1.3333558146428443e-3f;
-    p = p * f + 9.6181291076284772e-3f;
-    p = p * f + 5.5504108664821580e-2f;
-    p = p * f + 2.4022650695910071e-1f;
-    p = p * f + 6.9314718055994531e-1f;
-    p = p * f + 1.0f;
+    const F p =
+        polynomial<Lanes>(f, {1.5403530393381606e-4f, 1.3333558146428443e-3f, 9.6181291076284772e-3f,
+                              5.5504108664821580e-2f, 2.4022650695910071e-1f, 6.9314718055994531e-1f, 1.0f});
     return p * std::bit_cast<F>((__builtin_convertvector(n, I) + 127) << 23);
 }
 
@@ -108,13 +110,10 @@ template <int Lanes>
     F r = x - n * 0.693359375f;
     r = r - n * -2.12194440e-4f;
     // e^r: the polynomial of the Cephes library's expf.
-    F p = F{} + 1.9875691500e-4f;
-    p = p * r + 1.3981999507e-3f;
-    p = p * r + 8.3334519073e-3f;
-    p = p * r + 4.1665795894e-2f;
-    p = p * r + 1.6666665459e-1f;
-    p = p * r + 5.0000001201e-1f;
-    p = p * (r * r) + r + 1.0f;
+    const F p = polynomial<Lanes>(r, {1.9875691500e-4f, 1.3981999507e-3f, 8.3334519073e-3f, 4.1665795894e-2f,
+                                      1.6666665459e-1f, 5.0000001201e-1f}) *
+                    (r * r) +
+                r + 1.0f;
     // Times 2^n as two powers of two, each a normal float, so that a result below the normal range is
     // rounded once, by the last multiplication.
     const I k = __builtin_convertvector(n, I);
@@ -135,10 +134,7 @@ template <int Lanes>
     const I r = e - q * 3;
     const F m = std::bit_cast<F>((bits & 0x007fffff) | 0x3f800000);
     // The cube root of m to within 1e-4: a Chebyshev fit of degree 3 on [1, 2].
-    F y = F{} + 0.0221486992f;
-    y = y * m - 0.158662460f;
-    y = y * m + 0.580826391f;
-    y = y * m + 0.555790960f;
+    F y = polynomial<Lanes>(m, {0.0221486992f, -0.158662460f, 0.580826391f, 0.555790960f});
     y = r == 1 ? y * 1.25992105f : r == 2 ? y * 1.58740105f : y;
     y = y * std::bit_cast<F>((q + 127) << 23);
     // One Newton step squares the relative error, to below the float's own.
@@ -173,10 +169,8 @@ template <int Lanes>
     z = larger == 0.0f ? F{} : z;
     // atan(z): the polynomial of the Cephes library's atanf.
     const F z2 = z * z;
-    F p = F{} + 8.05374449538e-2f;
-    p = p * z2 - 1.38776856032e-1f;
-    p = p * z2 + 1.99777106478e-1f;
-    p = p * z2 - 3.33329491539e-1f;
+    const F p =
+        polynomial<Lanes>(z2, {8.05374449538e-2f, -1.38776856032e-1f, 1.99777106478e-1f, -3.33329491539e-1f});
     F angle = p * z2 * z + z;
     angle = upper ? angle + 0.785398163f : angle;
     angle = steep ? 1.57079633f - angle : angle;
@@ -198,14 +192,11 @@ template <int Lanes>
     r = r - n * 7.54978995489188216e-8f;
     const F r2 = r * r;
     // The polynomials of the Cephes library's sinf and cosf.
-    F s = F{} - 1.9515295891e-4f;
-    s = s * r2 + 8.3321608736e-3f;
-    s = s * r2 - 1.6666654611e-1f;
-    s = s * r2 * r + r;
-    F c = F{} + 2.443315711809948e-5f;
-    c = c * r2 - 1.388731625493765e-3f;
-    c = c * r2 + 4.166664568298827e-2f;
-    c = c * r2 * r2 - r2 * 0.5f + 1.0f;
+    const F s = polynomial<Lanes>(r2, {-1.9515295891e-4f, 8.3321608736e-3f, -1.6666654611e-1f}) * r2 * r + r;
+    const F c =
+        polynomial<Lanes>(r2, {2.443315711809948e-5f, -1.388731625493765e-3f, 4.166664568298827e-2f}) * r2 *
+            r2 -
+        r2 * 0.5f + 1.0f;
     // The quarter turn n mod 4 swaps the two and sets their signs.
     const I quarter = __builtin_convertvector(n, I) & 3;
     const I swapped = (quarter & 1) != 0;

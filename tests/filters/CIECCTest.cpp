@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "plugins/CIECCPlugin.h"
+#include "tests/support/LabReference.h"
 #include "tests/support/NodeRender.h"
 
 namespace Tw::Test {
@@ -19,34 +20,14 @@ using Plugins::CIE_CC_Plugin;
 namespace CIECCParam = Plugins::CIECCParam;
 namespace Param = Tw::Host::Param;
 
-// The correction of one colour by its formulas: hue in turns, chroma and lightness multipliers. Red,
-// green and blue in 0..1; alpha stays.
+// The correction of one colour by its formulas: hue in turns, turning the (a, b) plane backward, chroma
+// and lightness multipliers. Red, green and blue in 0..1; alpha stays.
 Pixel corrected(const Pixel& in, double hue, double chroma, double lightness) {
-    double linear[3];
-    for (int c = 0; c < 3; ++c)
-        linear[c] = (in[c] > 0.04045 ? std::pow((in[c] + 0.055) / 1.055, 2.4) : in[c] / 12.92) * 100;
-    const auto [r, g, b] = linear;
-    const auto f = [](double t) { return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 0.13793103; };
-    const double fx = f((0.4124 * r + 0.3576 * g + 0.1805 * b) / 95.047);
-    const double fy = f((0.2126 * r + 0.7152 * g + 0.0722 * b) / 100);
-    const double fz = f((0.0193 * r + 0.1192 * g + 0.9505 * b) / 108.883);
-    const double l = (116 * fy - 16) / 105, a = 500 * (fx - fy) / 128, bb = 200 * (fy - fz) / 128;
+    const Lab lab = labOf(in);
     const double cosine = std::cos(2 * std::numbers::pi * hue), sine = std::sin(2 * std::numbers::pi * hue);
-    const double a2 = chroma * (cosine * a + sine * bb), b2 = chroma * (-sine * a + cosine * bb);
-    const double fy2 = (l * lightness * 105 + 16) / 116;
-    const double fs[3] = {a2 * 128 / 500 + fy2, fy2, fy2 - b2 * 128 / 200};
-    double t[3];
-    for (int i = 0; i < 3; ++i) {
-        const double cube = fs[i] * fs[i] * fs[i];
-        t[i] = cube > 0.008856 ? cube : (fs[i] - 0.13793103) / 7.787;
-    }
-    const double x = t[0] * 0.95047, y = t[1], z = t[2] * 1.08883;
-    const double rgb[3] = {3.2406 * x - 1.5372 * y - 0.4986 * z, -0.9689 * x + 1.8758 * y + 0.0415 * z,
-                           0.0557 * x - 0.204 * y + 1.057 * z};
-    Pixel out = in;
-    for (int c = 0; c < 3; ++c)
-        out[c] = rgb[c] > 0.0031308 ? 1.055 * std::pow(rgb[c], 0.41666666) - 0.055 : 12.92 * rgb[c];
-    return out;
+    return encodedOf({lab.lightness * lightness, chroma * (cosine * lab.a + sine * lab.b),
+                      chroma * (-sine * lab.a + cosine * lab.b)},
+                     in);
 }
 
 std::vector<Pixel> render(double hue, double saturation, double brightness, const std::vector<Pixel>& stored,

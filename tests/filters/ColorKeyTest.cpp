@@ -8,6 +8,7 @@
 
 #include "image/filters/retouch/ColorKeyCCFilter.h"
 #include "image/filters/retouch/ColorKeyFilter.h"
+#include "tests/support/LabReference.h"
 #include "tests/support/NodeRender.h"
 
 namespace Tw::Test {
@@ -25,25 +26,6 @@ using ColorKey = Image::ColorKeyFilter<StandaloneHost, ColorKeySampleComp>;
 using ColorKeyMask = Image::ColorKeyFilter<StandaloneHost, ColorKeySampleMask<MaskGetRGB>>;
 using ColorKeyMaskAlpha = Image::ColorKeyFilter<StandaloneHost, ColorKeySampleMask<MaskGetAlpha>>;
 using ColorKeyCC = Image::ColorKeyCCFilter<StandaloneHost>;
-
-struct Lab {
-    double lightness, a, b;
-};
-
-// Display-encoded red, green, blue in 0..1 to L*a*b*, white D65.
-Lab labOf(const Pixel& rgb) {
-    double linear[3];
-    for (int c = 0; c < 3; ++c) {
-        const double v = rgb[c];
-        linear[c] = (v > 0.04045 ? std::pow((v + 0.055) / 1.055, 2.4) : v / 12.92) * 100;
-    }
-    const auto [r, g, b] = linear;
-    const auto f = [](double t) { return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 0.13793103; };
-    const double fx = f((0.4124 * r + 0.3576 * g + 0.1805 * b) / 95.047);
-    const double fy = f((0.2126 * r + 0.7152 * g + 0.0722 * b) / 100);
-    const double fz = f((0.0193 * r + 0.1192 * g + 0.9505 * b) / 108.883);
-    return {116 * fy - 16, 500 * (fx - fy), 200 * (fy - fz)};
-}
 
 std::array<double, 3> pointOf(const Lab& lab) {
     const double angle = std::atan2(lab.b, lab.a);
@@ -244,22 +226,10 @@ TEST(ColorKey, IntegerMixesAreCutTowardZero) {
 
 // The key's correction from its formulas: hue turned forward by `turn`, chroma and lightness scaled.
 Pixel correctedBy(const Pixel& rgb, double turn, double chroma, double lightness) {
-    const Lab lab = labOf(rgb);
-    const auto point = pointOf(lab);
+    const auto point = pointOf(labOf(rgb));
     const double angle = (point[0] + turn) * 2 * std::numbers::pi;
     const double c = point[1] * chroma * 128;
-    const double fy = (point[2] * lightness * 105 + 16) / 116;
-    const double f[3] = {std::cos(angle) * c / 500 + fy, fy, fy - std::sin(angle) * c / 200};
-    double t[3];
-    for (int i = 0; i < 3; ++i)
-        t[i] = f[i] * f[i] * f[i] > 0.008856 ? f[i] * f[i] * f[i] : (f[i] - 0.13793103) / 7.787;
-    const double x = t[0] * 0.95047, y = t[1], z = t[2] * 1.08883;
-    const double linear[3] = {3.2406 * x - 1.5372 * y - 0.4986 * z, -0.9689 * x + 1.8758 * y + 0.0415 * z,
-                              0.0557 * x - 0.204 * y + 1.057 * z};
-    Pixel out = rgb;
-    for (int i = 0; i < 3; ++i)
-        out[i] = linear[i] > 0.0031308 ? 1.055 * std::pow(linear[i], 0.41666666) - 0.055 : 12.92 * linear[i];
-    return out;
+    return encodedOf({point[2] * lightness * 105, std::cos(angle) * c, std::sin(angle) * c}, rgb);
 }
 
 TEST(ColorKeyCC, WithoutCorrectionItIsThePlainKeyedMix) {
