@@ -9,6 +9,7 @@
 #include "plugins/BalanceRGBPlugin.h"
 #include "plugins/BlendPlugin.h"
 #include "plugins/BlurPlugin.h"
+#include "plugins/CIECCPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/SharpenPlugin.h"
 #include "plugins/SmoothingPlugin.h"
@@ -20,6 +21,7 @@
     EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
     EFFECT(BlendEntry, BlendPlugin)           \
     EFFECT(BlurEntry, BlurPlugin)             \
+    EFFECT(CIECCEntry, CIE_CC_Plugin)         \
     EFFECT(MaxEntry, MaxPlugin)               \
     EFFECT(MinEntry, MinPlugin)               \
     EFFECT(SharpenEntry, SharpenPlugin)       \

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 #include "image/core/ComponentType.h"
 #include "image/graph/PixelVector.h"
@@ -292,6 +293,85 @@ template <int Lanes>
     sum += components[1];
     sum += components[2];
     return sum + components[3];
+}
+
+// Transposes each group of four lanes of four vectors as a square: lane c of group g of vector r goes to
+// lane r of group g of vector c. Its own inverse, and made of shuffles within halves of 16 bytes, which
+// cost less than shuffles across a whole vector of 32.
+template <int Lanes>
+[[gnu::always_inline]] inline void transposeQuads(FloatVector<Lanes> (&v)[4]) {
+    using F = FloatVector<Lanes>;
+    // Zips lanes 0, 1 (`Half` 0) or 2, 3 (`Half` 1) of each group of a with those of b.
+    const auto zip = []<int Half>(F a, F b) {
+        return [&]<std::size_t... Lane>(std::index_sequence<Lane...>) {
+            return F(__builtin_shufflevector(a, b,
+                                             (Lane / 4 * 4 + 2 * Half + Lane % 4 / 2 + Lane % 2 * Lanes)...));
+        }
+        (std::make_index_sequence<Lanes>{});
+    };
+    for (int round = 0; round < 2; ++round) {
+        const F zipped[4] = {zip.template operator()<0>(v[0], v[2]), zip.template operator()<1>(v[0], v[2]),
+                             zip.template operator()<0>(v[1], v[3]), zip.template operator()<1>(v[1], v[3])};
+        for (int i = 0; i < 4; ++i)
+            v[i] = zipped[i];
+    }
+}
+
+// Lanes pixels from `pixels` as four vectors of floats, `planes[c]` holding component c (in memory order)
+// of every pixel. Which lane holds which pixel is the same for every component and is undone by
+// storePixelPlanes; it may differ between depths.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline void loadPixelPlanes(const T* pixels, FloatVector<Lanes> (&planes)[4]) {
+    if constexpr (sizeof(T) == 1) {
+        IntVector<Lanes> words;
+        std::memcpy(&words, pixels, sizeof words);
+        pixelBytes<Lanes>(words, planes);
+    } else {
+        for (int k = 0; k < 4; ++k)
+            planes[k] = loadFloats<Lanes>(pixels + k * Lanes);
+        transposeQuads<Lanes>(planes);
+    }
+}
+
+// The inverse of loadPixelPlanes. Integer components must lie within the range of T; their fractions are
+// cut off toward zero.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline void storePixelPlanes(T* pixels, const FloatVector<Lanes> (&planes)[4]) {
+    using I = IntVector<Lanes>;
+    if constexpr (sizeof(T) == 1) {
+        I words = __builtin_convertvector(planes[0], I);
+        for (int c = 1; c < 4; ++c)
+            words |= __builtin_convertvector(planes[c], I) << (8 * c);
+        std::memcpy(pixels, &words, sizeof words);
+    } else {
+        FloatVector<Lanes> v[4] = {planes[0], planes[1], planes[2], planes[3]};
+        transposeQuads<Lanes>(v);
+        for (int k = 0; k < 4; ++k)
+            storeTruncated<Lanes>(pixels + k * Lanes, v[k]);
+    }
+}
+
+// Stored values of T as fractions of white: 8-bit ones divided by 255, 16-bit ones times 2^-15, floats as
+// they are.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> fractionsOf(FloatVector<Lanes> values) {
+    if constexpr (sizeof(T) == 1) return wholeStepOf255(values);
+    if constexpr (sizeof(T) == 2) return values * 3.0517578e-5f;
+    return values;
+}
+
+// Fractions of white as whole values of T, kept in floats: scaled by white, limited to 0..white (a NaN
+// giving 0) and cut toward zero. Floats pass unchanged.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> wholeLevelsOf(FloatVector<Lanes> fractions) {
+    using F = FloatVector<Lanes>;
+    if constexpr (std::is_same_v<T, float>) {
+        return fractions;
+    } else {
+        constexpr float white = ComponentTraits<T>::white;
+        const F limited = min<Lanes>(max<Lanes>(F{}, fractions * white), F{} + white);
+        return __builtin_convertvector(__builtin_convertvector(limited, IntVector<Lanes>), F);
+    }
 }
 
 }  // namespace Tw::Image

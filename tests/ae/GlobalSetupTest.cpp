@@ -35,7 +35,8 @@ std::vector<std::string> entryNames() {
 }
 
 bool isPixelIndependent(const std::string& entry) {
-    return entry == "BalanceEntry" || entry == "BalanceRGBEntry" || entry == "BlendEntry";
+    return entry == "BalanceEntry" || entry == "BalanceRGBEntry" || entry == "BlendEntry" ||
+           entry == "CIECCEntry";
 }
 
 // The formats in registration order, as their four letters lie in memory.

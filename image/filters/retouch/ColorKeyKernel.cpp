@@ -1,0 +1,48 @@
+#include "image/filters/retouch/ColorKeyKernel.h"
+
+#include "image/filters/retouch/ColorKeyPixels.h"
+
+namespace Tw::Image {
+
+void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& b, const PixelRect& band,
+                  CpuFeatures features, Progress& progress, const SkinKey& key, bool inverted,
+                  ColorKeyOutput result) {
+    const KeyBox box(key, inverted);
+    const auto run = [&]<ColorKeyOutput Result>() {
+        runKeyedBand(output, a, b, band, features, progress,
+                     [&]<class Layout, int Lanes>(const typename Layout::Component* first,
+                                                  const typename Layout::Component* second,
+                                                  typename Layout::Component* out) {
+                         using F = FloatVector<Lanes>;
+                         const KeyedBlocks<Layout, Lanes> keyed(box, second);
+                         for (int k = 0; k < kBlocksAbreast; ++k) {
+                             const F m = keyed.strengths[k];
+                             const F(&bs)[4] = keyed.planes[k];
+                             F as[4], outs[4];
+                             if constexpr (Result == ColorKeyOutput::Mix) {
+                                 loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                                 for (int c = 0; c < 4; ++c)
+                                     outs[c] = (bs[c] - as[c]) * m + as[c];
+                             } else {
+                                 for (int c = 0; c < 4; ++c)
+                                     outs[c] = m * Layout::white;
+                             }
+                             if constexpr (Result == ColorKeyOutput::MaskInColour) {
+                                 loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                                 outs[Layout::alpha] = as[Layout::alpha];
+                             }
+                             storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
+                         }
+                     });
+    };
+    switch (result) {
+        case ColorKeyOutput::Mix:
+            return run.template operator()<ColorKeyOutput::Mix>();
+        case ColorKeyOutput::MaskInColour:
+            return run.template operator()<ColorKeyOutput::MaskInColour>();
+        case ColorKeyOutput::MaskInAll:
+            return run.template operator()<ColorKeyOutput::MaskInAll>();
+    }
+}
+
+}  // namespace Tw::Image
