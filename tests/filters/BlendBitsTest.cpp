@@ -32,7 +32,9 @@ public:
     double next(int depth) {
         constexpr double inf = std::numeric_limits<double>::infinity();
         static constexpr double kBytes[] = {0, 255, 128, 127, 1};
-        static constexpr double kWords[] = {0, 32768, 16384, 65535, 40000, 1};
+        // Above white no further than its results stay within the integers the stores convert through,
+        // beyond which processors differ.
+        static constexpr double kWords[] = {0, 32768, 16384, 36000, 1};
         static constexpr double kFloats[] = {0, -0.0, 1, 0.5, 2, -0.3, 1e-40, 1e30, inf, -inf, NAN};
         const uint32_t pick = draw();
         const bool notable = pick % 4 == 0;
@@ -87,15 +89,15 @@ void addToDigest(uint64_t& digest, const ImageBuffer& image) {
 
 // By mode number, 0 "Normal" to 41 "Behind".
 constexpr std::array<uint64_t, Image::kBlendModeCount> kRecordedDigests = {
-    0x89d14d0f96da0b55u, 0x90de3564690c8cc3u, 0x18f46989207e47ceu, 0xe195a0ed1a51b9beu, 0x1bc637ce572dbe7u,
-    0xecdcd0623cb0971du, 0x8b766b0fddaa5c03u, 0x70ad382e3a398378u, 0x9fa9e7c7c069ca03u, 0x2e8688b1312c1889u,
-    0x986c4d1018b52fd9u, 0xee8b8a1b80182175u, 0xf695e837dc870a1u,  0x8f46b420e75d0579u, 0xe2e533e85d139e77u,
-    0x805b91096645b9e7u, 0x80de9cf9691c4925u, 0xf119487fa92af8e4u, 0x7d5431403365c757u, 0x34334cdb646e4b32u,
-    0xc87381e283db57dbu, 0x71d9585ddfbc43d4u, 0xc0a83b67b65ab8a0u, 0xd48f8d319ae04f08u, 0xc1c4e49e466b9554u,
-    0xe54fcc38b964c34au, 0x26de665f261c7c79u, 0x40179128aa9c8d73u, 0x71d75f75e50d58cau, 0xb566cd211593870fu,
-    0x333c1f1e1ade7214u, 0x658f9f06084d79bfu, 0x7e44c1949ca46561u, 0x21faa4fd5e161a48u, 0xbe20fd12d8c692a6u,
-    0x3318f25390da06aau, 0x5a0bcc03d61ea71fu, 0xd093197f73c04c0eu, 0x92c4593c2b45a023u, 0xd8460d485985af3eu,
-    0xc06b9df46bd83ea3u, 0x3d9645ffcbc5c5d6u};
+    0xd599f76bb7ce8fb5u, 0x60dcc51dae3c60a0u, 0x422c028c16e8fca7u, 0x8816f022cfbd5ed8u, 0x11973ee273f53e3fu,
+    0xd19d1d9cd9aa4ee7u, 0x2759fa47bbb98384u, 0x89bcddde3aacce26u, 0xc12e065cd3e498bau, 0x762085e72989d9e4u,
+    0xc06ff1115fa2674eu, 0x5f72bf1fd07e8802u, 0x8cf42798453edee7u, 0xdf2ccd77b3b5d46u,  0xf62f574e422d4480u,
+    0x1c5d665e9a0b1673u, 0x6ca38bf23d9cab5bu, 0x60fb38cf0ca0ce3au, 0x3975905206915983u, 0x81f848cf207f6980u,
+    0x5a33eff116dfc4cbu, 0xfb6a729e6573665u,  0x439e5c3c70d86d4eu, 0xdf96d4ce1b54418u,  0xd00eb3154e2676feu,
+    0xdf1e7e00e52d0a9eu, 0x29c352cd671853c6u, 0x7e27e0cafa979c22u, 0x3de273aa1a8fb62u,  0x916c5e0a8f61eb8u,
+    0x86c963dce6dc0321u, 0x4e9912fc1b3e2fa5u, 0x53fa5b8c609a48e9u, 0x274d49656dd8d3c3u, 0xf3c8dc00c44b329bu,
+    0xc6df1f5d627f8336u, 0x2388ac4b237ebd10u, 0x3b74bd57cdd65354u, 0xacceba16b7fe82eu,  0x3e8172146eed523du,
+    0x7c43e5efd6c5c021u, 0x9e9bb4ad21b9920u};
 
 TEST(BlendBits, EveryModeGivesItsRecordedBitsInEveryVariant) {
     const PixelFormat formats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
