@@ -7,7 +7,9 @@
 //
 // A kernel that treats the four components alike asks `dispatchDepthKernel` instead: its layout names the
 // component type alone, so it is compiled once per depth, not once per depth and order. One that reads no
-// image at all (a plane of weights, say) asks `dispatchVariant`.
+// image at all (a plane of weights, say) asks `dispatchVariant`. A filter with many kernels of one shape
+// (the blend modes) can keep them out of the layouts altogether: they compute on planes of components
+// (RgbaPlanes.h) under `dispatchVariant`, and only the loads and stores go through `dispatchKernel`.
 //
 // The variants differ only in the instructions the compiler may use: each is the same template, compiled
 // inside a function built for that instruction set, with everything it calls inlined into it. Kernels

@@ -71,6 +71,17 @@ template <int Lanes>
     return v;
 }
 
+// Whether any lane of a comparison's result is true (all bits set).
+template <int Lanes>
+[[gnu::always_inline]] inline bool anyLane(IntVector<Lanes> mask) {
+    using Words = Vector<int64_t, Lanes / 2>;
+    const Words words = std::bit_cast<Words>(mask);
+    int64_t any = words[0];
+    for (int i = 1; i < Lanes / 2; ++i)
+        any |= words[i];
+    return any != 0;
+}
+
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> max(FloatVector<Lanes> a, FloatVector<Lanes> b) {
     // The x86 maximum gives its second operand wherever the first is not the greater, which is this

@@ -22,46 +22,46 @@ struct Behind : NormalRule {
 
 struct StencilAlpha : StencilRule<StencilAlpha> {
     static constexpr const char* name = "StencilAlpha";
-    template <class Px, class F>
-    [[gnu::always_inline]] static F alpha(F /*t*/, F ba, F a) {
+    template <class F>
+    [[gnu::always_inline]] static F alpha(const BlendColour<F>& /*t*/, F ba, F a) {
         return ba * a;
     }
 };
 
 struct StencilLuma : StencilRule<StencilLuma> {
     static constexpr const char* name = "StencilLuma";
-    template <class Px, class F>
-    [[gnu::always_inline]] static F alpha(F t, F ba, F a) {
-        return ba * (luminanceByFractions<Px>(t) * a);
+    template <class F>
+    [[gnu::always_inline]] static F alpha(const BlendColour<F>& t, F ba, F a) {
+        return ba * (luminanceByFractions(t) * a);
     }
 };
 
 struct SilhouetteAlpha : StencilRule<SilhouetteAlpha> {
     static constexpr const char* name = "SilhouetteAlpha";
-    template <class Px, class F>
-    [[gnu::always_inline]] static F alpha(F /*t*/, F ba, F a) {
+    template <class F>
+    [[gnu::always_inline]] static F alpha(const BlendColour<F>& /*t*/, F ba, F a) {
         return ba * (1.0f - a);
     }
 };
 
 struct SilhouetteLuma : StencilRule<SilhouetteLuma> {
     static constexpr const char* name = "SilhouetteLuma";
-    template <class Px, class F>
-    [[gnu::always_inline]] static F alpha(F t, F ba, F a) {
-        return ba * (1.0f - luminanceByFractions<Px>(t) * a);
+    template <class F>
+    [[gnu::always_inline]] static F alpha(const BlendColour<F>& t, F ba, F a) {
+        return ba * (1.0f - luminanceByFractions(t) * a);
     }
 };
 
 // The alphas add up, limited to 1, and the top's share is its alpha over that sum.
 struct AlphaAdd {
     static constexpr const char* name = "AlphaAdd";
-    template <class Px, class F, class W>
-    [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
-        using Depth = typename Px::Depth;
-        const F alpha = min<Px::lanes>(F{} + 1.0f, w.ba + w.a);
+    template <class F, class Scale>
+    [[gnu::always_inline]] static BlendPixel<F> compose(const BlendPixel<F>& /*b*/, const BlendPixel<F>& t,
+                                                        const BlendWeights<F>& w, const Scale& scale) {
+        const F alpha = BlendMath::minimum(F{} + 1.0f, w.ba + w.a);
         const F share = alpha > 0.0f ? w.a / alpha : w.a;
-        return Px::withAlpha((share * (Depth::normalised(t) - w.bn) + w.bn) * Depth::white,
-                             alpha * Depth::white);
+        const auto composed = [&](F bn, F tn) { return (share * (tn - bn) + bn) * scale.white; };
+        return {eachComponent(composed, w.bn, scale.normalised(t.colour)), alpha * scale.white};
     }
 };
 
@@ -69,13 +69,13 @@ struct AlphaAdd {
 // weighted by what the top leaves.
 struct LuminescentPremul {
     static constexpr const char* name = "LuminescentPremul";
-    template <class Px, class F, class W>
-    [[gnu::always_inline]] static F compose(F /*b*/, F t, const W& w) {
-        using Depth = typename Px::Depth;
+    template <class F, class Scale>
+    [[gnu::always_inline]] static BlendPixel<F> compose(const BlendPixel<F>& /*b*/, const BlendPixel<F>& t,
+                                                        const BlendWeights<F>& w, const Scale& scale) {
         const F k = w.A > 0.0f ? 1.0f / w.A : F{};
         const F e = w.A > 0.0f ? w.a * k : w.a;
-        const F out = k * Depth::normalised(t) + (1.0f - e) * w.bn;
-        return Px::withAlpha(out * Depth::white, w.A * Depth::white);
+        const auto composed = [&](F bn, F tn) { return (k * tn + (1.0f - e) * bn) * scale.white; };
+        return {eachComponent(composed, w.bn, scale.normalised(t.colour)), w.A * scale.white};
     }
 };
 

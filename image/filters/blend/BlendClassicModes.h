@@ -4,13 +4,14 @@
 
 #include "image/filters/blend/BlendMath.h"
 #include "image/filters/blend/BlendRules.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 
 // The output is 1 - r / A: a burn of the weighted base by the top's weighted darkness.
 struct ClassicColorBurn : PremultipliedRule<ClassicColorBurn> {
     static constexpr const char* name = "ClassicColorBurn";
-    template <class Px, class F>
+    template <class F>
     [[gnu::always_inline]] static F premultiplied(F b, F t, F ba, F a) {
         return BlendMath::dodge((1.0f - b) * ba, (1.0f - t) * a);
     }
@@ -22,7 +23,7 @@ struct ClassicColorBurn : PremultipliedRule<ClassicColorBurn> {
 
 struct ClassicColorDodge : PremultipliedRule<ClassicColorDodge> {
     static constexpr const char* name = "ClassicColorDodge";
-    template <class Px, class F>
+    template <class F>
     [[gnu::always_inline]] static F premultiplied(F b, F t, F ba, F a) {
         return BlendMath::dodge(b * ba, t * a);
     }
@@ -30,9 +31,9 @@ struct ClassicColorDodge : PremultipliedRule<ClassicColorDodge> {
 
 struct ClassicDifference : PremultipliedRule<ClassicDifference> {
     static constexpr const char* name = "ClassicDifference";
-    template <class Px, class F>
+    template <class F>
     [[gnu::always_inline]] static F premultiplied(F b, F t, F ba, F a) {
-        return absolute<Px::lanes>(b * ba - t * a);
+        return absolute<BlendMath::kLanes<F>>(b * ba - t * a);
     }
 };
 

@@ -1,6 +1,7 @@
 // The blend kernel as the filter calls it. It takes the processor's features and a progress sink rather
-// than the host, so that its instances, every mode at every depth, component order and processor
-// variant, compile once in tw_filters whatever the hosts the filter is built for.
+// than the host, so that its instances (each mode once per processor variant, the loads and stores once
+// per depth, component order and variant) compile once in tw_filters whatever the hosts the filter is
+// built for.
 #pragma once
 
 #include <cstdint>

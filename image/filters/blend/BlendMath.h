@@ -1,19 +1,23 @@
-// Lane-wise helpers of the blend modes' colour functions, for float vectors of any width: the square
-// root, and the burn and dodge that several modes share.
+// Lane-wise helpers of the blend modes' colour functions, for float vectors of any width: minimum and
+// maximum, and the burn and dodge that several modes share.
 #pragma once
-
-#include <cmath>
-#include <cstddef>
 
 #include "image/graph/PixelVector.h"
 
 namespace Tw::Image::BlendMath {
 
 template <class F>
-[[gnu::always_inline]] inline F squareRoot(F v) {
-    for (std::size_t lane = 0; lane < sizeof(F) / sizeof(float); ++lane)
-        v[lane] = std::sqrt(v[lane]);
-    return v;
+inline constexpr int kLanes = static_cast<int>(sizeof(F) / sizeof(float));
+
+// Tw::Image::min and max, whose choice where a NaN or a signed zero meets another value is part of the
+// result.
+template <class F>
+[[gnu::always_inline]] inline F minimum(F a, F b) {
+    return min<kLanes<F>>(a, b);
+}
+template <class F>
+[[gnu::always_inline]] inline F maximum(F a, F b) {
+    return max<kLanes<F>>(a, b);
 }
 
 // The burn of b by t: a top at or below 0 stands for the result as it is.
@@ -26,7 +30,7 @@ template <class F>
 // The dodge of b by t: a top at or above 1 stands for the result as it is.
 template <class F>
 [[gnu::always_inline]] inline F dodge(F b, F t) {
-    return t >= 1.0f ? t : min<static_cast<int>(sizeof(F) / sizeof(float))>(F{} + 1.0f, b / (1.0f - t));
+    return t >= 1.0f ? t : minimum(F{} + 1.0f, b / (1.0f - t));
 }
 
 // A burn by twice the top below a half, a dodge by twice its excess over a half above.

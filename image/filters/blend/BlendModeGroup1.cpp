@@ -1,5 +1,5 @@
 // The blend kernels of the second quarter of the mode list.
-#include "image/filters/blend/BlendModeBand.h"
+#include "image/filters/blend/BlendModeBlock.h"
 
 namespace Tw::Image {
 

@@ -36,6 +36,12 @@ inline constexpr bool kExchangesInputs = requires {
     requires Mode::exchangesInputs;
 };
 
+// The same, by mode number.
+inline constexpr auto kBlendModeExchangesInputs = []<std::size_t... Mode>(std::index_sequence<Mode...>) {
+    return std::array<bool, sizeof...(Mode)>{kExchangesInputs<std::tuple_element_t<Mode, BlendModes>>...};
+}
+(std::make_index_sequence<kBlendModeCount>{});
+
 // Calls body(std::type_identity<Mode>{}) with the type of mode `mode`, which must be one of modes First to
 // End - 1 of the list.
 template <int First, int End, class Body>

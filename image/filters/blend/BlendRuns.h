@@ -1,64 +1,57 @@
 // The row loop of the blend kernel. Each row of a band is cut where either input's rectangle begins or
 // ends, into runs over which each input either has pixels or reads as transparent black throughout. A run
-// goes a vector of pixels at a time, an input without pixels reading from a block of zeros that does not
-// advance; the few pixels left at a run's end go through the same vector by way of copies. So one width
-// of code serves every pixel, and the inner loop tests nothing.
+// goes through the mode a block at a time: the inputs are loaded into planes (an input without pixels
+// reads from planes of zeros), the mode's kernel makes the output's planes, and these are stored. Only
+// the loads and stores know the depth and component order, so they are compiled for every layout and
+// variant, and the modes once per variant. The loop tests no pixel.
 #pragma once
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <type_traits>
 
+#include "image/filters/blend/BlendBlock.h"
 #include "image/graph/ImageView.h"
+#include "image/graph/PixelSpans.h"
+#include "image/graph/RgbaPlanes.h"
 
 namespace Tw::Image {
 
-namespace Detail {
-
-// Where `rect` starts or stops covering row y between `from` and `to`: the first of its edges after
-// `from`, or `to`.
-inline int32_t nextEdge(const PixelRect& rect, int32_t y, int32_t from, int32_t to) {
-    if (rect.isEmpty() || y < rect.top || y >= rect.bottom) return to;
-    if (from < rect.left) return std::min(rect.left, to);
-    if (from < rect.right) return std::min(rect.right, to);
-    return to;
-}
-
-}  // namespace Detail
-
-// Calls apply(base, top, out) for Pixels pixels at a time over `band` of `out`, reading `base` and `top`
-// at the same places.
-template <int Pixels, class T, class Progress, class Apply>
-void forEachBlendRun(const ImageView<T>& out, const ImageView<T>& base, const ImageView<T>& top,
-                     const PixelRect& band, Progress& progress, Apply&& apply) {
-    constexpr int kComponents = 4 * Pixels;
-    static constexpr T kTransparent[kComponents] = {};
-    const PixelRect baseRect = base.hasPixels() ? base.rect : PixelRect::empty();
-    const PixelRect topRect = top.hasPixels() ? top.rect : PixelRect::empty();
-    forEachRow(band, progress, [&](int32_t y) {
-        for (int32_t x = band.left; x < band.right;) {
-            const int32_t end = std::min(Detail::nextEdge(baseRect, y, x, band.right),
-                                         Detail::nextEdge(topRect, y, x, band.right));
-            const bool hasBase = baseRect.contains({x, y, x + 1, y + 1});
-            const bool hasTop = topRect.contains({x, y, x + 1, y + 1});
-            const T* b = hasBase ? base.at(x, y) : kTransparent;
-            const T* t = hasTop ? top.at(x, y) : kTransparent;
-            const int baseStep = hasBase ? kComponents : 0;
-            const int topStep = hasTop ? kComponents : 0;
-            T* o = out.at(x, y);
-            int32_t left = end - x;
-            for (; left >= Pixels; left -= Pixels, b += baseStep, t += topStep, o += kComponents)
-                apply(b, t, o);
-            if (left > 0) {
-                const std::size_t bytes = static_cast<std::size_t>(left) * 4 * sizeof(T);
-                std::array<T, kComponents> baseCopy{}, topCopy{}, result;
-                std::memcpy(baseCopy.data(), b, bytes);
-                std::memcpy(topCopy.data(), t, bytes);
-                apply(baseCopy.data(), topCopy.data(), result.data());
-                std::memcpy(o, result.data(), bytes);
-            }
-            x = end;
+// Runs `kernel` over `band` of `out`, with `top` laid over `base` at `opacity`, both read at the output
+// pixel's place.
+template <class Layout, int Lanes, class Progress>
+void blendRuns(const ImageView<typename Layout::Component>& out,
+               const ImageView<typename Layout::Component>& base,
+               const ImageView<typename Layout::Component>& top, const PixelRect& band, Progress& progress,
+               BlendModeKernel kernel, CpuFeatures features, float opacity) {
+    using T = typename Layout::Component;
+    using F = FloatVector<Lanes>;
+    BlendPlanes basePlanes, topPlanes, outPlanes;
+    BlendBlock block{nullptr, nullptr, &outPlanes, 0, BlendDepth::of<T>(), opacity};
+    // Integers are rounded half up: + 0.5, and the store truncates.
+    const auto toStored = [](F v) {
+        if constexpr (std::is_same_v<T, float>) {
+            return v;
+        } else {
+            return v + 0.5f;
         }
+    };
+    const std::array<PixelRect, 2> inputRects = {base.hasPixels() ? base.rect : PixelRect::empty(),
+                                                 top.hasPixels() ? top.rect : PixelRect::empty()};
+    forEachRow(band, progress, [&](int32_t y) {
+        forEachCoverageRun(band, y, inputRects, [&](int32_t begin, int32_t end, std::array<bool, 2> covers) {
+            const auto [hasBase, hasTop] = covers;
+            block.base = hasBase ? &basePlanes : &kTransparentPlanes;
+            block.top = hasTop ? &topPlanes : &kTransparentPlanes;
+            for (int32_t x = begin; x < end; x += kBlendBlockPixels) {
+                const int count = std::min(end - x, kBlendBlockPixels);
+                if (hasBase) loadRgbaPlanes<Layout, Lanes>(base.at(x, y), count, basePlanes);
+                if (hasTop) loadRgbaPlanes<Layout, Lanes>(top.at(x, y), count, topPlanes);
+                block.pixels = (count + Lanes - 1) / Lanes * Lanes;
+                kernel(block, features);
+                storeRgbaPlanes<Layout, Lanes>(outPlanes, count, out.at(x, y), toStored);
+            }
+        });
     });
 }
 
