@@ -82,6 +82,12 @@ ComponentOrder orderOf(const Option& option) {
     usageError("--order must be argb or bgra, not " + inQuotes(option.value));
 }
 
+AlphaMode alphaOf(const Option& option) {
+    if (equalsIgnoringCase(option.value, "straight")) return AlphaMode::Straight;
+    if (equalsIgnoringCase(option.value, "premultiplied")) return AlphaMode::Premultiplied;
+    usageError("--alpha must be straight or premultiplied, not " + inQuotes(option.value));
+}
+
 Downsample downsampleOf(const Option& option) {
     const auto parts = splitAtCommas(option.value);
     std::vector<double> factors;
@@ -131,6 +137,7 @@ RenderRequest renderRequest(const Arguments& arguments) {
     request.effect = effectName(arguments.words, "render");
     std::optional<std::string> input, output;
     std::optional<ComponentOrder> order;
+    std::optional<AlphaMode> alpha;
     std::optional<std::uint32_t> threads;
     std::optional<Downsample> downsample;
     for (const Option& option : arguments.options) {
@@ -149,6 +156,8 @@ RenderRequest renderRequest(const Arguments& arguments) {
             setOnce(request.depth, depthOf(option), option);
         } else if (name == "--order") {
             setOnce(order, orderOf(option), option);
+        } else if (name == "--alpha") {
+            setOnce(alpha, alphaOf(option), option);
         } else if (name == "--downsample") {
             setOnce(downsample, downsampleOf(option), option);
         } else if (name == "--threads") {
@@ -164,6 +173,7 @@ RenderRequest renderRequest(const Arguments& arguments) {
     request.input = *input;
     request.output = *output;
     request.order = order.value_or(ComponentOrder::Argb);
+    request.alpha = alpha.value_or(AlphaMode::Straight);
     request.threads = threads.value_or(0);
     request.downsample = downsample.value_or(Downsample{});
     return request;

@@ -19,6 +19,10 @@ struct Assignment {
 
 enum class ComponentOrder { Argb, Bgra };
 
+// What the effect is handed beside alpha: colour as the file stores it, or colour multiplied by alpha, as
+// After Effects hands over its layers.
+enum class AlphaMode { Straight, Premultiplied };
+
 // Fractions of full resolution per axis, in (0, 1].
 struct Downsample {
     double x = 1.0;
@@ -48,6 +52,7 @@ struct RenderRequest {
     std::vector<Assignment> layers;
     std::optional<int> depth;  // the input file's depth when not given
     ComponentOrder order = ComponentOrder::Argb;
+    AlphaMode alpha = AlphaMode::Straight;
     Downsample downsample;
     std::uint32_t threads = 0;  // 0: every worker
     std::optional<FrameRange> frames;

@@ -52,7 +52,12 @@ bool cancelRequested(void* cancelFlag, float /*portionDone*/) {
 FileImage readImageFile(const std::string& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) unreadable(path, "no such file");
-    auto reader = OIIO::ImageInput::open(path);
+    // Colour as the file stores it: a reader would otherwise multiply straight colour by alpha, and the
+    // writer divide it again, which changes the values of every translucent pixel. The spec keeps the
+    // reader's "oiio:UnassociatedAlpha", which tells the writer the same.
+    OIIO::ImageSpec config;
+    config.attribute("oiio:UnassociatedAlpha", 1);
+    auto reader = OIIO::ImageInput::open(path, &config);
     if (!reader) unreadable(path, OIIO::geterror());
     FileImage image{reader->spec(), {}};
     if (image.spec.deep || image.spec.depth > 1) unreadable(path, "deep and volume images are not supported");
