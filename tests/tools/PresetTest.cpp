@@ -118,6 +118,7 @@ TEST_F(Preset, FaultsNameTheFileAndLine) {
         {header + "Clamp: maybe\n", 6, ":4: \"Clamp\" takes on or off, not \"maybe\""},
         {header + "From Low: 1e999\n", 6, ":4: \"From Low\" takes a number in percent"},
         {header + "Gamma 2\n", 3, ":4: expected \"LABEL: VALUE\""},
+        {header + "Gamma: " + std::string(70000, '1'), 3, ":4: not a preset: the line is longer than 65536"},
         {"Gamma: 2\nClamp: true\n", 3, ":1: not a preset: line 1 must be \"Plugin Name: ...\""},
         {"Plugin Name: Balance\n", 3, ":2: not a preset: line 2 must be \"Version Number: ...\""}};
     for (const auto& [text, code, message] : faults) {

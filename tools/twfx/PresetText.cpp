@@ -14,10 +14,30 @@ using Host::Param::ParamKind;
     throw ToolError(ExitCode::UnreadableInput, path + ":" + std::to_string(line) + ": " + reason);
 }
 
+// Longer lines are no preset's, and a file without line ends (a device, an image given by mistake) must
+// not be read whole to find out.
+constexpr std::size_t kLongestLine = 65536;
+
+// The next line without its end, and without a carriage return before it; nothing at the end of the file.
+std::optional<std::string> nextLine(std::istream& in, const std::string& path, int number) {
+    std::string line;
+    for (int c = in.get(); c != std::char_traits<char>::eof(); c = in.get()) {
+        if (c == '\n') break;
+        if (line.size() == kLongestLine) {
+            notAPreset(
+                path, number,
+                "not a preset: the line is longer than " + std::to_string(kLongestLine) + " characters");
+        }
+        line += static_cast<char>(c);
+    }
+    if (line.empty() && in.eof()) return std::nullopt;
+    if (line.ends_with('\r')) line.pop_back();
+    return line;
+}
+
 // A header line: its name, a colon and the text that follows, trimmed.
 std::string headerValue(std::istream& in, const std::string& path, int number, std::string_view name) {
-    std::string line;
-    std::getline(in, line);
+    const std::string line = nextLine(in, path, number).value_or("");
     const std::string_view text = trimmed(line);
     if (!text.starts_with(name) || !trimmed(text.substr(name.size())).starts_with(':')) {
         notAPreset(path, number,
@@ -65,9 +85,10 @@ PresetText readPresetText(std::istream& in, const std::string& path) {
     PresetText preset;
     preset.effectName = headerValue(in, path, 1, "Plugin Name");
     headerValue(in, path, 2, "Version Number");
-    std::string line;
-    for (int number = 3; std::getline(in, line); ++number) {
-        if (line.ends_with('\r')) line.pop_back();
+    for (int number = 3;; ++number) {
+        const std::optional<std::string> read = nextLine(in, path, number);
+        if (!read) break;
+        const std::string& line = *read;
         if (trimmed(line).empty()) continue;
         const std::size_t colon = line.find(':');
         if (colon == std::string::npos) notAPreset(path, number, "expected " + inQuotes("LABEL: VALUE"));

@@ -3,7 +3,7 @@
 // "Version Number: VERSION"; each further line is "LABEL: VALUE", with the value as the list writes it:
 // numbers in the record's own units, checkboxes true or false, text in double quotes with `"` and `\`
 // escaped by a `\`, colours and points as numbers separated by blanks. Blank lines are ignored, and so
-// is a carriage return before a line's end.
+// is a carriage return before a line's end; a line of more than 65536 characters is refused.
 #pragma once
 
 #include <istream>
@@ -27,7 +27,7 @@ struct PresetText {
 };
 
 // Throws ToolError with ExitCode::UnreadableInput, naming `path` and the line, for a file without the
-// two header lines or with a line that has no colon.
+// two header lines, with a line that has no colon or with one too long.
 PresetText readPresetText(std::istream& in, const std::string& path);
 
 // The value of a line as --set takes it for `record`: text without its quotes and escapes, the numbers
