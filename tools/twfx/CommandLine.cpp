@@ -102,10 +102,15 @@ Downsample downsampleOf(const Option& option) {
     return {factors.front(), factors.back()};
 }
 
+// Each worker takes one band of every pass, so far more workers than any machine has only slice the frame
+// into empty bands, at a cost for each.
+constexpr long long kMostThreads = 1024;
+
 std::uint32_t threadsOf(const Option& option) {
     const auto threads = parseInteger(option.value);
-    if (!threads || *threads < 1 || *threads > std::numeric_limits<std::uint32_t>::max()) {
-        usageError("--threads must be a whole number from 1, not " + inQuotes(option.value));
+    if (!threads || *threads < 1 || *threads > kMostThreads) {
+        usageError("--threads must be a whole number from 1 to " + std::to_string(kMostThreads) + ", not " +
+                   inQuotes(option.value));
     }
     return static_cast<std::uint32_t>(*threads);
 }

@@ -35,6 +35,18 @@ ChannelRoles rolesOf(const OIIO::ImageSpec& spec) {
     return roles;
 }
 
+// Converts `count` values between data formats. OpenImageIO takes the count as an int, so a row of more
+// values (a wide file with many channels) goes in parts.
+void convertValues(OIIO::TypeDesc from, const std::byte* source, OIIO::TypeDesc to, std::byte* destination,
+                   std::size_t count) {
+    constexpr std::size_t kLargestPart = std::size_t{1} << 30;
+    for (std::size_t done = 0; done < count; done += kLargestPart) {
+        const std::size_t part = std::min(kLargestPart, count - done);
+        OIIO::convert_pixel_values(from, source + done * from.size(), to, destination + done * to.size(),
+                                   static_cast<int>(part));
+    }
+}
+
 template <class T>
 T fileToFrame(T value) {
     if constexpr (std::is_same_v<T, std::uint16_t>) {
@@ -104,12 +116,13 @@ void readChannels(const FileImage& image, AlphaMode alphaMode, Image::ImageBuffe
     const ChannelRoles roles = rolesOf(spec);
     const bool premultiply = premultipliesColour(spec, alphaMode);
     const auto positions = Image::componentPositions(frame.pixelFormat()).value();
-    const int values = spec.width * spec.nchannels;
+    const std::size_t values =
+        static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.nchannels);
     const T white = static_cast<T>(Image::ComponentTraits<T>::white);
-    std::vector<T> row(static_cast<std::size_t>(values));
+    std::vector<T> row(values);
     for (int y = 0; y < spec.height; ++y) {
-        OIIO::convert_pixel_values(spec.format, image.pixels.data() + y * spec.scanline_bytes(),
-                                   OIIO::TypeDescFromC<T>::value(), row.data(), values);
+        convertValues(spec.format, image.pixels.data() + y * spec.scanline_bytes(),
+                      OIIO::TypeDescFromC<T>::value(), reinterpret_cast<std::byte*>(row.data()), values);
         T* pixel = reinterpret_cast<T*>(frame.pixelAddress(0, y));
         for (int x = 0; x < spec.width; ++x, pixel += 4) {
             const T* channels = row.data() + static_cast<std::ptrdiff_t>(x) * spec.nchannels;
@@ -130,15 +143,16 @@ void writeChannels(const Image::ImageBuffer& frame, const Image::ImageBuffer& or
     const ChannelRoles roles = rolesOf(spec);
     const bool premultiplied = premultipliesColour(spec, alphaMode);
     const auto positions = Image::componentPositions(frame.pixelFormat()).value();
-    const int values = spec.width * spec.nchannels;
+    const std::size_t values =
+        static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.nchannels);
     const std::size_t channelBytes = spec.format.size();
 
     // Each row is converted whole to the file's format, then only the channels whose frame values the
     // render changed are copied over: the others keep their exact values, extra channels included, and so
     // do 16-bit values that the frame's white of 32768 cannot hold apart.
-    std::vector<T> row(static_cast<std::size_t>(values));
-    std::vector<char> changed(static_cast<std::size_t>(values));
-    std::vector<std::byte> converted(static_cast<std::size_t>(values) * channelBytes);
+    std::vector<T> row(values);
+    std::vector<char> changed(values);
+    std::vector<std::byte> converted(values * channelBytes);
     for (int y = 0; y < spec.height; ++y) {
         const T* pixel = reinterpret_cast<const T*>(frame.pixelAddress(0, y));
         const T* was = reinterpret_cast<const T*>(original.pixelAddress(0, y));
@@ -171,8 +185,8 @@ void writeChannels(const Image::ImageBuffer& frame, const Image::ImageBuffer& or
                 channelChanged[roles.alpha] = alphaChanged;
             }
         }
-        OIIO::convert_pixel_values(OIIO::TypeDescFromC<T>::value(), row.data(), spec.format, converted.data(),
-                                   values);
+        convertValues(OIIO::TypeDescFromC<T>::value(), reinterpret_cast<const std::byte*>(row.data()),
+                      spec.format, converted.data(), values);
         std::byte* fileRow = image.pixels.data() + y * spec.scanline_bytes();
         for (std::size_t value = 0; value < changed.size(); ++value) {
             if (changed[value]) {

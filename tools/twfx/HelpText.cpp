@@ -32,14 +32,14 @@ Render options:
                          tool multiplies on the way in and divides again on the way out (a file
                          that already stores premultiplied colour, like OpenEXR, goes as it is)
   --downsample X[,Y]     render at a fraction of full resolution, each in (0, 1]; the output is smaller
-  --threads N            worker threads (default: one per processor)
+  --threads N            worker threads, 1 to 1024 (default: one per processor)
   --frames A-B           render a sequence: IN and OUT hold the frame number as %04d (or %d)
 
 A progress bar shows on standard error when it is a terminal; Ctrl-C cancels the render.
 
 Exit codes:
   0    success
-  1    the render failed
+  1    the render failed, or there is not memory enough for an image
   2    usage error
   3    unreadable input, layer image or preset
   4    unwritable output

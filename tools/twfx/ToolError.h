@@ -10,7 +10,7 @@ namespace Tw::Tools::Twfx {
 // Stable across versions, since scripts branch on them; `twfx --help` documents them.
 enum class ExitCode : int {
     Success = 0,
-    RenderFailed = 1,
+    RenderFailed = 1,  // the render, or memory for an image ran out
     Usage = 2,
     UnreadableInput = 3,   // the input image, a layer image or a preset
     UnwritableOutput = 4,  // the output image or a saved preset

@@ -1,6 +1,7 @@
 #include "tools/twfx/Twfx.h"
 
 #include <exception>
+#include <new>
 #include <variant>
 
 #include "tools/twfx/CommandLine.h"
@@ -31,6 +32,10 @@ int runTwfx(std::span<const std::string> arguments, const Console& console) {
     } catch (const ToolError& error) {
         console.err << "twfx: " << error.what() << "\n";
         return static_cast<int>(error.code());
+    } catch (const std::bad_alloc&) {
+        // A frame or buffer that memory can't hold, outside the render which says so itself.
+        console.err << "twfx: out of memory\n";
+        return static_cast<int>(ExitCode::RenderFailed);
     } catch (const std::exception& error) {
         // Nothing outside a render is expected to throw anything else; say what it was all the same.
         console.err << "twfx: " << error.what() << "\n";
