@@ -19,7 +19,14 @@ CROSS_PACKAGES := g++-i686-linux-gnu g++-aarch64-linux-gnu qemu-user googletest
 # Where `make install` puts the frei0r plug-ins: $(PREFIX)/lib/frei0r-1.
 PREFIX ?= /usr/local
 
-.PHONY: all deps build build-run build-sanitize build-tsan run test test-cross bench install clean
+# The fuzz targets of tests/fuzz, built with clang and libFuzzer in a tree of their own: `make fuzz` runs
+# each for FUZZ_SECONDS, `make test` for a few seconds over its corpus. What a run finds goes to FUZZ_DIR.
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS := preset command_line image_file arbitrary_data
+PACKAGES += clang-14 libclang-rt-14-dev
+
+.PHONY: all deps build build-run build-sanitize build-tsan build-fuzz run test test-cross fuzz bench install clean
 
 all: build
 
@@ -59,6 +66,23 @@ build-tsan: deps
 	  -DTW_THREAD_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF
 	cmake --build $(TSAN_DIR) -j$(JOBS) --target ae_concurrency_tests
 
+build-fuzz: deps
+	cmake -S . -B $(FUZZ_DIR) -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" -DTW_FUZZ=ON -DTW_BUILD_TESTS=OFF -DTW_BUILD_BENCHMARKS=OFF
+	cmake --build $(FUZZ_DIR) -j$(JOBS) --target $(addprefix fuzz_,$(FUZZ_TARGETS))
+
+# New inputs go to $(FUZZ_DIR)/found, never into the corpus in the tree; a failing input is written to
+# $(FUZZ_DIR) and ends the run. OpenImageIO's readers allocate what a file's header claims before anything
+# can look at it (2.6 GB for one DPX file of the corpus), hence the memory limit above libFuzzer's 2 GB.
+fuzz: build-fuzz
+	@for target in $(FUZZ_TARGETS); do \
+	  mkdir -p $(FUZZ_DIR)/found/$$target; \
+	  echo "fuzz_$$target for $(FUZZ_SECONDS) s"; \
+	  $(FUZZ_DIR)/tests/fuzz/fuzz_$$target -max_total_time=$(FUZZ_SECONDS) -timeout=60 -rss_limit_mb=4096 \
+	    -artifact_prefix=$(FUZZ_DIR)/fuzz_$$target- $(FUZZ_DIR)/found/$$target tests/fuzz/corpus/$$target \
+	    || exit 1; \
+	done
+
 # The bundled portrait through "Smoothing" at its defaults: the edge-preserving smoothing of skin.
 run: build-run
 	mkdir -p out
@@ -68,6 +92,7 @@ test: build build-sanitize build-tsan
 	ctest --test-dir $(BUILD_DIR) -j$(JOBS) --output-on-failure
 	ctest --test-dir $(SANITIZE_DIR) -j$(JOBS) --output-on-failure
 	$(TSAN_DIR)/tests/ae/ae_concurrency_tests
+	@$(MAKE) --no-print-directory fuzz FUZZ_SECONDS=5
 
 # The core, the filters, the bundle and their tests built for each of CROSS_TARGETS and run there; every
 # effect's renders must have the same bits as on this machine.
@@ -97,4 +122,4 @@ install: build
 	cmake --install $(BUILD_DIR) --prefix $(PREFIX) --component frei0r
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR) $(addprefix build-,$(CROSS_TARGETS))
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR) $(FUZZ_DIR) $(addprefix build-,$(CROSS_TARGETS))

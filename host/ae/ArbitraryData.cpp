@@ -72,11 +72,11 @@ PF_Err Host::arbitraryCallback() {
             return PF_Err_NONE;
         }
         case PF_Arbitrary_FLATTEN_FUNC: {
+            // A buffer of no bytes may come without an address.
             auto& p = call.u.flatten_func_params;
             const LockedHandle locked(utils, p.arbH);
-            if (locked)
-                std::memcpy(p.flat_dataPV, locked.bytes(),
-                            std::min<std::size_t>(locked.size(), p.buf_sizeLu));
+            const std::size_t size = locked ? std::min<std::size_t>(locked.size(), p.buf_sizeLu) : 0;
+            if (size > 0) std::memcpy(p.flat_dataPV, locked.bytes(), size);
             return PF_Err_NONE;
         }
         case PF_Arbitrary_UNFLATTEN_FUNC: {
@@ -109,13 +109,13 @@ PF_Err Host::arbitraryCallback() {
             return PF_Err_NONE;
         }
         case PF_Arbitrary_PRINT_FUNC: {
-            // The buffer is zeroed first, so the copy is always terminated.
+            // The buffer is zeroed first, so the copy is always terminated; one of no bytes takes nothing.
             auto& p = call.u.print_func_params;
+            if (p.print_sizeLu == 0) return PF_Err_NONE;
             std::memset(p.print_bufferPC, 0, p.print_sizeLu);
             const LockedHandle locked(utils, p.arbH);
-            if (locked && p.print_sizeLu > 0)
-                std::memcpy(p.print_bufferPC, locked.bytes(),
-                            std::min<std::size_t>(locked.size(), p.print_sizeLu - 1));
+            const std::size_t size = locked ? std::min<std::size_t>(locked.size(), p.print_sizeLu - 1) : 0;
+            if (size > 0) std::memcpy(p.print_bufferPC, locked.bytes(), size);
             return PF_Err_NONE;
         }
         case PF_Arbitrary_SCAN_FUNC: {

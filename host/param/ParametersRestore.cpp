@@ -1,9 +1,14 @@
+#include <algorithm>
 #include <cctype>
-#include <cstdlib>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <limits>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "host/param/Parameters.h"
 
@@ -45,15 +50,54 @@ std::string unquote(const char* value) {
     return text;
 }
 
+// A leading plus, which the file's writer never puts but a person may; a plus before a minus stays, so
+// that it reads as no number.
+const char* skipPlus(const char* text) {
+    return text[0] == '+' && text[1] != '-' ? text + 1 : text;
+}
+
+// The integer `text` starts with, limited to the 32-bit range so that no text overflows it; 0 when it
+// starts with none. What follows the number is not looked at.
+std::int32_t leadingInteger(const char* text) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    text = skipPlus(text);
+    std::int64_t value = 0;
+    const auto error = std::from_chars(text, text + std::strlen(text), value).ec;
+    if (error == std::errc::result_out_of_range) return text[0] == '-' ? Limits::min() : Limits::max();
+    if (error != std::errc()) return 0;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+}
+
+// The decimal number `text` starts with, and where it ends; null when it starts with none. A number
+// beyond the range of a double reads as an infinity, or as zero when its exponent is that far below.
+const char* leadingNumber(const char* text, double& number) {
+    text = skipPlus(text);
+    const auto [end, error] = std::from_chars(text, text + std::strlen(text), number);
+    if (error == std::errc::result_out_of_range) {
+        const std::string_view written(text, static_cast<std::size_t>(end - text));
+        const bool tiny =
+            written.find("e-") != std::string_view::npos || written.find("E-") != std::string_view::npos;
+        number = std::copysign(tiny ? 0.0 : HUGE_VAL, text[0] == '-' ? -1.0 : 1.0);
+        return end;
+    }
+    return error == std::errc() ? end : nullptr;
+}
+
 // Numbers separated by white space, stored in order until one fails to parse.
 void readNumbers(const char* text, std::span<double> numbers) {
     for (double& number : numbers) {
-        char* end;
-        const double parsed = std::strtod(text, &end);
-        if (end == text) return;
+        double parsed;
+        const char* end = leadingNumber(skipLeadingSpace(text), parsed);
+        if (!end) return;
         number = parsed;
         text = end;
     }
+}
+
+// A number alone, as a float slider holds it; 0 when the text starts with none.
+double leadingFloat(const char* text) {
+    double number = 0;
+    return leadingNumber(text, number) ? number : 0.0;
 }
 
 void storeText(ParamRecord& record, const char* value) {
@@ -62,10 +106,10 @@ void storeText(ParamRecord& record, const char* value) {
         case ParamKind::IntSlider:
         case ParamKind::Popup:
         case ParamKind::Layer:
-            target.setInt(std::atoi(value));
+            target.setInt(leadingInteger(value));
             break;
         case ParamKind::FloatSlider:
-            target.setFloat(std::atof(value));
+            target.setFloat(leadingFloat(value));
             break;
         case ParamKind::Checkbox:
             target.setBool(std::strcmp(value, "true") == 0);

@@ -1,6 +1,7 @@
 #include "host/standalone/WorkerPool.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace Tw::Host::Standalone {
 namespace {
@@ -30,8 +31,15 @@ void waitWhileEqual(const std::atomic<T>& value, T old) {
 WorkerPool::WorkerPool(uint32_t workerCount) {
     const uint32_t count = std::max(workerCount, 1u);
     threads_.reserve(count - 1);
-    for (uint32_t index = 1; index < count; ++index)
-        threads_.emplace_back([this, index] { workerLoop(index); });
+    for (uint32_t index = 1; index < count; ++index) {
+        // A system that can start no more threads (a limit on memory or on processes) gets a narrower
+        // pool: the threads already running must not be dropped unjoined.
+        try {
+            threads_.emplace_back([this, index] { workerLoop(index); });
+        } catch (const std::system_error&) {
+            break;
+        }
+    }
 }
 
 WorkerPool::~WorkerPool() {

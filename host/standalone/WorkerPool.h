@@ -17,7 +17,8 @@ class WorkerPool {
 public:
     using Task = void (*)(void* context, uint32_t slice, uint32_t threadIndex);
 
-    // `workerCount` counts the calling thread; the pool starts one thread fewer.
+    // `workerCount` counts the calling thread; the pool starts one thread fewer, or as many as the system
+    // lets it start.
     explicit WorkerPool(uint32_t workerCount);
     ~WorkerPool();
     WorkerPool(const WorkerPool&) = delete;

@@ -21,7 +21,7 @@ namespace {
 std::byte* topRowOf(const FrameRecord& frame) {
     if (!frame.data) return nullptr;
     if (frame.rowbytes >= 0) return frame.data;
-    return frame.data + static_cast<std::ptrdiff_t>(-int64_t{frame.rowbytes}) * (frame.height - 1);
+    return frame.data + static_cast<std::ptrdiff_t>(-int64_t{frame.rowbytes} * (int64_t{frame.height} - 1));
 }
 
 }  // namespace
@@ -110,8 +110,11 @@ void ImageBuffer::allocate(const PixelRect& newRect, PixelFormat format) {
     // Rows are padded to a multiple of 32 bytes so that vector loads never straddle a row's end.
     const int64_t width = int64_t{newRect.right} - newRect.left;
     const int64_t height = int64_t{newRect.bottom} - newRect.top;
+    // Row bytes are a host's 32-bit field, and the whole must be addressable: a 32-bit build can't take
+    // what a 64-bit one can.
     const int64_t rowbytes = (bytesPerPixel() * width + 31) & ~int64_t{31};
     if (rowbytes > std::numeric_limits<int32_t>::max()) throw std::bad_alloc();
+    if (height > std::numeric_limits<std::ptrdiff_t>::max() / rowbytes) throw std::bad_alloc();
     const auto bytes = static_cast<std::size_t>(rowbytes * height);
     std::byte* data = host_ ? host_->allocatePixels(bytes) : allocateAlignedPixels(bytes);
 

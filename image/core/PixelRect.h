@@ -52,16 +52,24 @@ struct PixelRect {
                (inner.left >= left && inner.right <= right && inner.top >= top && inner.bottom <= bottom);
     }
 
-    constexpr PixelRect grown(int32_t dx, int32_t dy) const {
+    // Grown by `dx` and `dy` on each side. Edges are held to the range of a coordinate, so that no margin
+    // overflows one; an infinite rectangle stays infinite.
+    constexpr PixelRect grown(int64_t dx, int64_t dy) const {
         if (isInfinite()) return *this;
-        return {left - dx, top - dy, right + dx, bottom + dy};
+        return {limited(left - dx), limited(top - dy), limited(right + dx), limited(bottom + dy)};
     }
 
-    constexpr PixelRect translated(int32_t dx, int32_t dy) const {
-        return {left + dx, top + dy, right + dx, bottom + dy};
+    // Moved by `dx` and `dy`, edges held to the range of a coordinate.
+    constexpr PixelRect translated(int64_t dx, int64_t dy) const {
+        return {limited(left + dx), limited(top + dy), limited(right + dx), limited(bottom + dy)};
     }
 
     friend constexpr bool operator==(const PixelRect&, const PixelRect&) = default;
+
+private:
+    static constexpr int32_t limited(int64_t coordinate) {
+        return static_cast<int32_t>(std::clamp<int64_t>(coordinate, kMin, kMax));
+    }
 };
 
 }  // namespace Tw::Image

@@ -85,8 +85,10 @@ template <int Lanes>
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> max(FloatVector<Lanes> a, FloatVector<Lanes> b) {
     // The x86 maximum gives its second operand wherever the first is not the greater, which is this
-    // choice exactly, NaNs included. Written as a selection, g++ makes it a comparison and a blend there.
-#if defined(__x86_64__) || defined(__i386__)
+    // choice exactly, NaNs included. Written as a selection, g++ makes it a comparison and a blend there;
+    // clang makes it the one instruction itself, and refuses the builtins in a function not built for
+    // their instruction set, which these are until inlined.
+#if (defined(__x86_64__) || defined(__i386__)) && !defined(__clang__)
     if constexpr (Lanes == 8) return __builtin_ia32_maxps256(b, a);
     if constexpr (Lanes == 4) return __builtin_ia32_maxps(b, a);
 #endif
@@ -95,7 +97,7 @@ template <int Lanes>
 
 template <int Lanes>
 [[gnu::always_inline]] inline FloatVector<Lanes> min(FloatVector<Lanes> a, FloatVector<Lanes> b) {
-#if defined(__x86_64__) || defined(__i386__)
+#if (defined(__x86_64__) || defined(__i386__)) && !defined(__clang__)
     if constexpr (Lanes == 8) return __builtin_ia32_minps256(b, a);
     if constexpr (Lanes == 4) return __builtin_ia32_minps(b, a);
 #endif

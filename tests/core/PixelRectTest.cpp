@@ -56,5 +56,16 @@ TEST(PixelRect, IntersectionExtensionAndContainment) {
     EXPECT_TRUE(inf.contains(inf));
 }
 
+// Margins and moves near the ends of the coordinate range stop there instead of overflowing; an infinite
+// rectangle stays infinite.
+TEST(PixelRect, GrowingAndMovingStopAtTheCoordinateRange) {
+    const PixelRect nearEnds{INT32_MIN + 3, -5, INT32_MAX - 2, 5};
+    EXPECT_EQ(nearEnds.grown(10, 1), (PixelRect{INT32_MIN, -6, INT32_MAX, 6}));
+    EXPECT_EQ(nearEnds.translated(-4, INT64_C(1) << 40),
+              (PixelRect{INT32_MIN, INT32_MAX, INT32_MAX - 6, INT32_MAX}));
+    EXPECT_EQ((PixelRect{0, 0, 10, 10}).grown(-2, 3), (PixelRect{2, -3, 8, 13}));
+    EXPECT_TRUE(PixelRect::infinite().grown(5, 5).isInfinite());
+}
+
 }  // namespace
 }  // namespace Tw::Image

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/standalone/Host.h"
+#include "image/filters/spatial/GaussianBlurBand.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "plugins/BlurPlugin.h"
@@ -316,6 +317,14 @@ TEST(Blur, RadiiShrinkWithTheDownsampledFrame) {
               fractionsOf(renderBlur(in, 4)));
     EXPECT_EQ(fractionsOf(renderBlur(in, 8, {.downsampleX = 0.25, .downsampleY = 1})),
               fractionsOf(renderNode(in, 2, 8)));
+}
+
+// A line of a very tall or wide frame: its buffer is counted beyond the range of an int, and the group
+// shrinks to one line to keep the buffer small.
+TEST(GaussianBlur, LongLinesCountTheirBufferIn64Bits) {
+    EXPECT_EQ(Image::lineBufferEntries(1 << 30, 16), 2 * ((uint64_t{1} << 30) + 8) * 16);
+    EXPECT_EQ(Image::lineGroupSize(Image::BlurAxis::Columns, 1, 1 << 30), 1);
+    EXPECT_EQ(Image::lineGroupSize(Image::BlurAxis::Rows, 4, 100), 8);
 }
 
 // ---- The node in the graph ----

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -179,6 +180,23 @@ TEST(ParametersTextFile, RestoreMatchesLabelsExactly) {
     list.setFloatUnclamped(5, 50);
     list.restore(tempPath("missing/none.txt"));
     EXPECT_EQ(list.getFloat(5), 25) << "an unreadable file still resets";
+}
+
+// Numbers are stored as read, unclamped, but a number too long for its kind can't overflow it: integers
+// stop at the 32-bit limits, and doubles become infinite or zero.
+TEST(ParametersTextFile, RestoreLimitsNumbersThatDoNotFitTheirKind) {
+    const std::string path = tempPath("limits.txt");
+    Parameters list;
+    declareEveryKind(list);
+    writeFile(path,
+              "Plugin Name: X\nVersion Number: 1\nRadius: 99999999999\nMode: -99999999999999999999999\n"
+              "Amount: -1e999\nTint: 1e999 1e-999 +7.5x\nKey Source: +12 apples\n");
+    list.restore(path);
+    EXPECT_EQ(list.getInt(Radius), 2147483647);
+    EXPECT_EQ(list.getInt(Mode), -2147483647 - 1);
+    EXPECT_EQ(list.getFloat(Amount), -HUGE_VAL);
+    EXPECT_EQ(list.getColor(Tint), (ParamColor{HUGE_VAL, 0, 7.5}));
+    EXPECT_EQ(list.getInt(KeySource), 12) << "what follows a number is not looked at";
 }
 
 TEST(ParametersSetters, ClampToTheValidRangeOnlyWhenAsked) {

@@ -53,9 +53,12 @@ TEST_F(CommandLine, RenderNeedsEffectInputAndOutput) {
 TEST_F(CommandLine, BadOptionValues) {
     expectUsageError(renderWith({"--depth", "12"}), "--depth must be 8, 16 or 32, not \"12\"");
     expectUsageError(renderWith({"--order", "rgba"}), "--order must be argb or bgra, not \"rgba\"");
+    expectUsageError(renderWith({"--alpha", "linear"}), "--alpha must be straight or premultiplied");
     for (const char* factor : {"0", "1.5", "-0.5", "half", "0.5,0.5,0.5", "0.5,"})
         expectUsageError(renderWith({"--downsample", factor}), "--downsample takes X or X,Y");
-    expectUsageError(renderWith({"--threads", "0"}), "--threads must be a whole number");
+    for (const char* threads : {"0", "1025", "4294967296"})
+        expectUsageError(renderWith({"--threads", threads}),
+                         "--threads must be a whole number from 1 to 1024");
     expectUsageError(renderWith({"--frames", "5-2"}), "--frames takes FIRST-LAST");
     expectUsageError(renderWith({"--set", "Gamma"}), "--set takes \"LABEL=VALUE\", not \"Gamma\"");
     expectUsageError(renderWith({"--layer", "=x.png"}), "--layer takes \"LABEL=FILE\"");

@@ -115,17 +115,21 @@ TEST_F(RenderPixels, SixteenBitFilesMapToTheFrameWhiteAndBack) {
     image.pixels.resize(sizeof fileValues);
     std::memcpy(image.pixels.data(), fileValues, sizeof fileValues);
 
-    Image::ImageBuffer frame = frameFromFile(image, frameFormat(16, ComponentOrder::Argb));
-    const auto* argb = reinterpret_cast<const uint16_t*>(frame.pixels());
+    const Image::ImageBuffer original = frameFromFile(image, frameFormat(16, ComponentOrder::Argb));
+    const auto* argb = reinterpret_cast<const uint16_t*>(original.pixels());
     EXPECT_THAT(std::vector<uint16_t>({argb[1], argb[5], argb[9], argb[13]}),
                 ::testing::ElementsAre(0, 16384, 32768, 1));
     EXPECT_EQ(argb[0], 32768);  // no alpha in the file: opaque
 
-    // Back, with a grey above white that clamps.
-    std::fill_n(reinterpret_cast<uint16_t*>(frame.pixels()) + 13, 3, uint16_t{40000});
-    storeFrame(frame, image);
+    // Back, where changed: a quarter of white, 8192, is 65535 / 4 = 16383.75, rounded 16384 in the file,
+    // and a grey above white clamps. The file's 1 went to the frame's 1, which is 2 on the way back; left as
+    // it was, it keeps its own value.
+    Image::ImageBuffer frame = frameFromFile(image, frameFormat(16, ComponentOrder::Argb));
+    std::fill_n(reinterpret_cast<uint16_t*>(frame.pixels()) + 5, 3, uint16_t{8192});
+    std::fill_n(reinterpret_cast<uint16_t*>(frame.pixels()) + 9, 3, uint16_t{40000});
+    storeFrame(frame, original, AlphaMode::Straight, image);
     const auto* stored = reinterpret_cast<const uint16_t*>(image.pixels.data());
-    EXPECT_THAT(std::vector<uint16_t>(stored, stored + 4), ::testing::ElementsAre(0, 32768, 65535, 65535));
+    EXPECT_THAT(std::vector<uint16_t>(stored, stored + 4), ::testing::ElementsAre(0, 16384, 65535, 1));
 
     // And through the tool with neutral settings, the file values come back as they were.
     writeImage<uint16_t>(file("in.png"), {3, 1, 1, {0, 32768, 65535}});
@@ -140,7 +144,6 @@ TEST_F(RenderPixels, GreyAndAlphaFilesKeepTheirChannels) {
     EXPECT_EQ(grey.channels, 1);
     EXPECT_THAT(grey.values, ::testing::ElementsAre(mappedInteger(100, 255), mappedInteger(200, 255)));
 
-    // Opaque, so that the reader's premultiplying leaves the colours alone.
     writeImage<uint8_t>(file("rgba.tif"), {1, 1, 4, {100, 150, 200, 255}});
     ASSERT_EQ(render("rgba.tif", "rgba-out.tif", {"--order", "bgra"}).code, 0);
     const TestImage<uint8_t> rgba = readImage<uint8_t>(file("rgba-out.tif"));

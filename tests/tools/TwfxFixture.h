@@ -44,10 +44,13 @@ protected:
     RunResult twfx(std::vector<std::string> arguments, const std::atomic<bool>* cancelFlag = nullptr,
                    bool progressBar = false) const;
 
+    // Values are written and read as the file stores them: colour beside alpha is not multiplied by it
+    // on the way in nor divided on the way out.
     template <class T>
     static void writeImage(const std::string& path, const TestImage<T>& image,
                            OIIO::TypeDesc fileFormat = OIIO::TypeDescFromC<T>::value()) {
         OIIO::ImageSpec spec(image.width, image.height, image.channels, fileFormat);
+        spec.attribute("oiio:UnassociatedAlpha", 1);
         auto output = OIIO::ImageOutput::create(path);
         ASSERT_TRUE(output && output->open(path, spec)) << path;
         ASSERT_TRUE(output->write_image(OIIO::TypeDescFromC<T>::value(), image.values.data()));
@@ -57,7 +60,9 @@ protected:
     // Reads in the component type T, OpenImageIO converting from the file's data format.
     template <class T>
     static TestImage<T> readImage(const std::string& path, OIIO::ImageSpec* spec = nullptr) {
-        auto input = OIIO::ImageInput::open(path);
+        OIIO::ImageSpec config;
+        config.attribute("oiio:UnassociatedAlpha", 1);
+        auto input = OIIO::ImageInput::open(path, &config);
         EXPECT_TRUE(input) << path;
         if (!input) return {};
         const OIIO::ImageSpec& read = input->spec();

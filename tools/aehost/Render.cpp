@@ -32,7 +32,8 @@ void runRender(const RenderRequest& request, const Console& console) {
     const Image::PixelFormat format = frameFormat(settings.depth, order);
 
     SimulatedHost& host = loaded.setUp(settings);
-    host.setInput(Frame::copyOf(frameFromFile(image, format)));
+    const Image::ImageBuffer input = frameFromFile(image, format);
+    host.setInput(Frame::copyOf(input));
     for (const Assignment& setting : request.settings)
         host.set(setting.label, setting.value, &console.err);
     for (const Assignment& layer : request.layers)
@@ -42,7 +43,7 @@ void runRender(const RenderRequest& request, const Console& console) {
     const bool smart = request.mode == RenderMode::Smart;
     RenderOutcome outcome = smart ? host.renderSmart() : host.render();
     loaded.expectSuccess(outcome.error, smart ? "the smart render" : "PF_Cmd_RENDER");
-    storeFrame(outcome.output.view(), image);
+    storeFrame(outcome.output.view(), input, AlphaMode::Straight, image);
     writeImageFile(request.output, image);
     loaded.reportFaults();
 }

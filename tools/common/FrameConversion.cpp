@@ -35,6 +35,18 @@ ChannelRoles rolesOf(const OIIO::ImageSpec& spec) {
     return roles;
 }
 
+// Converts `count` values between data formats. OpenImageIO takes the count as an int, so a row of more
+// values (a wide file with many channels) goes in parts.
+void convertValues(OIIO::TypeDesc from, const std::byte* source, OIIO::TypeDesc to, std::byte* destination,
+                   std::size_t count) {
+    constexpr std::size_t kLargestPart = std::size_t{1} << 30;
+    for (std::size_t done = 0; done < count; done += kLargestPart) {
+        const std::size_t part = std::min(kLargestPart, count - done);
+        OIIO::convert_pixel_values(from, source + done * from.size(), to, destination + done * to.size(),
+                                   static_cast<int>(part));
+    }
+}
+
 template <class T>
 T fileToFrame(T value) {
     if constexpr (std::is_same_v<T, std::uint16_t>) {
@@ -65,64 +77,121 @@ T meanOf(T a, T b, T c) {
     }
 }
 
+// Colour times alpha, rounded to nearest at integer depths.
 template <class T>
-void readChannels(const FileImage& image, Image::ImageBuffer& frame) {
+T premultiplied(T colour, T alpha) {
+    if constexpr (std::is_floating_point_v<T>) {
+        return colour * alpha;
+    } else {
+        constexpr auto white = static_cast<std::uint64_t>(Image::ComponentTraits<T>::white);
+        return static_cast<T>((2 * std::uint64_t{colour} * alpha + white) / (2 * white));
+    }
+}
+
+// Premultiplied colour divided by its alpha, rounded to nearest at integer depths, where it is limited to
+// white. Where alpha is 0 there is no colour left to recover, and it becomes black.
+template <class T>
+T straight(T colour, T alpha) {
+    if (alpha == 0) return 0;
+    if constexpr (std::is_floating_point_v<T>) {
+        return colour / alpha;
+    } else {
+        constexpr auto white = static_cast<std::uint64_t>(Image::ComponentTraits<T>::white);
+        const std::uint64_t divided =
+            (2 * std::uint64_t{colour} * white + alpha) / (2 * std::uint64_t{alpha});
+        return static_cast<T>(std::min(white, divided));
+    }
+}
+
+// Whether the frame holds colour multiplied by alpha where the file holds it straight. A file that stores
+// premultiplied colour (OpenEXR) gives it as it is.
+bool premultipliesColour(const OIIO::ImageSpec& spec, AlphaMode alpha) {
+    return alpha == AlphaMode::Premultiplied && rolesOf(spec).alpha >= 0 &&
+           spec.get_int_attribute("oiio:UnassociatedAlpha") != 0;
+}
+
+template <class T>
+void readChannels(const FileImage& image, AlphaMode alphaMode, Image::ImageBuffer& frame) {
     const OIIO::ImageSpec& spec = image.spec;
     const ChannelRoles roles = rolesOf(spec);
+    const bool premultiply = premultipliesColour(spec, alphaMode);
     const auto positions = Image::componentPositions(frame.pixelFormat()).value();
-    const int values = spec.width * spec.nchannels;
+    const std::size_t values =
+        static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.nchannels);
     const T white = static_cast<T>(Image::ComponentTraits<T>::white);
-    std::vector<T> row(static_cast<std::size_t>(values));
+    std::vector<T> row(values);
     for (int y = 0; y < spec.height; ++y) {
-        OIIO::convert_pixel_values(spec.format, image.pixels.data() + y * spec.scanline_bytes(),
-                                   OIIO::TypeDescFromC<T>::value(), row.data(), values);
+        convertValues(spec.format, image.pixels.data() + y * spec.scanline_bytes(),
+                      OIIO::TypeDescFromC<T>::value(), reinterpret_cast<std::byte*>(row.data()), values);
         T* pixel = reinterpret_cast<T*>(frame.pixelAddress(0, y));
         for (int x = 0; x < spec.width; ++x, pixel += 4) {
-            const T* channels = row.data() + x * spec.nchannels;
-            for (int c = 0; c < 3; ++c)
-                pixel[positions[c]] = fileToFrame(channels[roles.colour[c]]);
-            pixel[positions[3]] = roles.alpha >= 0 ? fileToFrame(channels[roles.alpha]) : white;
+            const T* channels = row.data() + static_cast<std::ptrdiff_t>(x) * spec.nchannels;
+            const T alpha = roles.alpha >= 0 ? fileToFrame(channels[roles.alpha]) : white;
+            for (int c = 0; c < 3; ++c) {
+                const T colour = fileToFrame(channels[roles.colour[c]]);
+                pixel[positions[c]] = premultiply ? premultiplied(colour, alpha) : colour;
+            }
+            pixel[positions[3]] = alpha;
         }
     }
 }
 
 template <class T>
-void writeChannels(const Image::ImageBuffer& frame, FileImage& image) {
+void writeChannels(const Image::ImageBuffer& frame, const Image::ImageBuffer& original, AlphaMode alphaMode,
+                   FileImage& image) {
     const OIIO::ImageSpec& spec = image.spec;
     const ChannelRoles roles = rolesOf(spec);
+    const bool premultiplied = premultipliesColour(spec, alphaMode);
     const auto positions = Image::componentPositions(frame.pixelFormat()).value();
-    const int values = spec.width * spec.nchannels;
+    const std::size_t values =
+        static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.nchannels);
     const std::size_t channelBytes = spec.format.size();
 
-    std::vector<int> written(roles.colour.begin(),
-                             roles.grey ? roles.colour.begin() + 1 : roles.colour.end());
-    if (roles.alpha >= 0) written.push_back(roles.alpha);
-
-    // Each row is converted whole to the file's format, then only the channels the frame holds are
-    // copied over, so that the other channels keep their exact values.
-    std::vector<T> row(static_cast<std::size_t>(values));
-    std::vector<std::byte> converted(static_cast<std::size_t>(values) * channelBytes);
+    // Each row is converted whole to the file's format, then only the channels whose frame values the
+    // render changed are copied over: the others keep their exact values, extra channels included, and so
+    // do 16-bit values that the frame's white of 32768 cannot hold apart.
+    std::vector<T> row(values);
+    std::vector<char> changed(values);
+    std::vector<std::byte> converted(values * channelBytes);
     for (int y = 0; y < spec.height; ++y) {
         const T* pixel = reinterpret_cast<const T*>(frame.pixelAddress(0, y));
-        for (int x = 0; x < spec.width; ++x, pixel += 4) {
-            T* channels = row.data() + x * spec.nchannels;
-            const T red = pixel[positions[0]], green = pixel[positions[1]], blue = pixel[positions[2]];
-            if (roles.grey) {
-                channels[roles.colour[0]] = frameToFile(meanOf(red, green, blue));
-            } else {
-                channels[roles.colour[0]] = frameToFile(red);
-                channels[roles.colour[1]] = frameToFile(green);
-                channels[roles.colour[2]] = frameToFile(blue);
+        const T* was = reinterpret_cast<const T*>(original.pixelAddress(0, y));
+        std::fill(changed.begin(), changed.end(), 0);
+        for (int x = 0; x < spec.width; ++x, pixel += 4, was += 4) {
+            const std::ptrdiff_t first = static_cast<std::ptrdiff_t>(x) * spec.nchannels;
+            T* channels = row.data() + first;
+            char* channelChanged = changed.data() + first;
+            const T alpha = pixel[positions[3]];
+            const bool alphaChanged = alpha != was[positions[3]];
+            // Straight colour comes from premultiplied colour and alpha both.
+            std::array<T, 3> colour;
+            std::array<bool, 3> colourChanged;
+            for (int c = 0; c < 3; ++c) {
+                const T value = pixel[positions[c]];
+                colour[c] = premultiplied ? straight(value, alpha) : value;
+                colourChanged[c] = value != was[positions[c]] || (premultiplied && alphaChanged);
             }
-            if (roles.alpha >= 0) channels[roles.alpha] = frameToFile(pixel[positions[3]]);
+            if (roles.grey) {
+                channels[roles.colour[0]] = frameToFile(meanOf(colour[0], colour[1], colour[2]));
+                channelChanged[roles.colour[0]] = colourChanged[0] || colourChanged[1] || colourChanged[2];
+            } else {
+                for (int c = 0; c < 3; ++c) {
+                    channels[roles.colour[c]] = frameToFile(colour[c]);
+                    channelChanged[roles.colour[c]] = colourChanged[c];
+                }
+            }
+            if (roles.alpha >= 0) {
+                channels[roles.alpha] = frameToFile(alpha);
+                channelChanged[roles.alpha] = alphaChanged;
+            }
         }
-        OIIO::convert_pixel_values(OIIO::TypeDescFromC<T>::value(), row.data(), spec.format, converted.data(),
-                                   values);
+        convertValues(OIIO::TypeDescFromC<T>::value(), reinterpret_cast<const std::byte*>(row.data()),
+                      spec.format, converted.data(), values);
         std::byte* fileRow = image.pixels.data() + y * spec.scanline_bytes();
-        for (int x = 0; x < spec.width; ++x) {
-            for (const int c : written) {
-                const std::size_t offset = (static_cast<std::size_t>(x) * spec.nchannels + c) * channelBytes;
-                std::memcpy(fileRow + offset, converted.data() + offset, channelBytes);
+        for (std::size_t value = 0; value < changed.size(); ++value) {
+            if (changed[value]) {
+                std::memcpy(fileRow + value * channelBytes, converted.data() + value * channelBytes,
+                            channelBytes);
             }
         }
     }
@@ -155,17 +224,19 @@ int depthForFile(const OIIO::ImageSpec& spec) {
     }
 }
 
-Image::ImageBuffer frameFromFile(const FileImage& image, Image::PixelFormat format) {
+Image::ImageBuffer frameFromFile(const FileImage& image, Image::PixelFormat format, AlphaMode alpha) {
     Image::ImageBuffer frame;
     frame.allocate({0, 0, image.spec.width, image.spec.height}, format);
-    Image::withComponentType(frame.depth(),
-                             [&](auto type) { readChannels<typename decltype(type)::type>(image, frame); });
+    Image::withComponentType(
+        frame.depth(), [&](auto type) { readChannels<typename decltype(type)::type>(image, alpha, frame); });
     return frame;
 }
 
-void storeFrame(const Image::ImageBuffer& frame, FileImage& image) {
-    Image::withComponentType(frame.depth(),
-                             [&](auto type) { writeChannels<typename decltype(type)::type>(frame, image); });
+void storeFrame(const Image::ImageBuffer& frame, const Image::ImageBuffer& original, AlphaMode alpha,
+                FileImage& image) {
+    Image::withComponentType(frame.depth(), [&](auto type) {
+        writeChannels<typename decltype(type)::type>(frame, original, alpha, image);
+    });
 }
 
 }  // namespace Tw::Tools

@@ -5,10 +5,15 @@
 // A file's colour channels are its first three that are not alpha; a file with fewer is grey and gives
 // red, green and blue alike. A file without alpha reads as opaque. A frame's 16-bit white is 32768 where
 // a file's is 65535; both ways round to nearest.
+//
+// Colour goes as the file stores it, straight or premultiplied. AlphaMode::Premultiplied multiplies
+// straight colour by alpha on the way in and divides it again on the way out, rounding to nearest at
+// integer depths; a file that already stores premultiplied colour goes as it is.
 #pragma once
 
 #include "image/core/ImageBuffer.h"
 #include "image/core/PixelFormat.h"
+#include "tools/common/AlphaMode.h"
 #include "tools/common/ComponentOrder.h"
 #include "tools/common/ImageFile.h"
 
@@ -22,10 +27,14 @@ Image::PixelFormat frameFormat(int depth, ComponentOrder order);
 int depthForFile(const OIIO::ImageSpec& spec);
 
 // A new frame over (0, 0) to the image's size.
-Image::ImageBuffer frameFromFile(const FileImage& image, Image::PixelFormat format);
+Image::ImageBuffer frameFromFile(const FileImage& image, Image::PixelFormat format,
+                                 AlphaMode alpha = AlphaMode::Straight);
 
-// Writes the frame's colour and alpha back into the image's channels; its other channels stay as they
-// are. A grey file takes the mean of red, green and blue. The frame must be the image's size.
-void storeFrame(const Image::ImageBuffer& frame, FileImage& image);
+// Writes the rendered frame's colour and alpha back into the image's channels. `original` is the frame
+// that frameFromFile made of the image with the same `alpha`: a channel whose frame values the render
+// left as they were keeps the file's own value, and the image's other channels stay as they are. A grey
+// file takes the mean of red, green and blue. Both frames must be the image's size.
+void storeFrame(const Image::ImageBuffer& frame, const Image::ImageBuffer& original, AlphaMode alpha,
+                FileImage& image);
 
 }  // namespace Tw::Tools

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <limits>
+#include <new>
+#include <string>
 
 #include "tools/common/PendingOutputFile.h"
 #include "tools/common/ToolError.h"
@@ -47,18 +50,42 @@ bool cancelRequested(void* cancelFlag, float /*portionDone*/) {
     return static_cast<const std::atomic<bool>*>(cancelFlag)->load(std::memory_order_relaxed);
 }
 
+// The bytes of an image's pixels. A count beyond what an address can reach is no allocation to attempt:
+// it is out of memory at once.
+std::size_t pixelBytes(const OIIO::ImageSpec& spec) {
+    const OIIO::imagesize_t bytes = spec.image_bytes();
+    if (bytes > static_cast<OIIO::imagesize_t>(std::numeric_limits<std::ptrdiff_t>::max()))
+        throw std::bad_alloc();
+    return static_cast<std::size_t>(bytes);
+}
+
 }  // namespace
 
 FileImage readImageFile(const std::string& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) unreadable(path, "no such file");
-    auto reader = OIIO::ImageInput::open(path);
+    // Colour as the file stores it: a reader would otherwise multiply straight colour by alpha, and the
+    // writer divide it again, which changes the values of every translucent pixel. The spec keeps the
+    // reader's "oiio:UnassociatedAlpha", which tells the writer the same.
+    OIIO::ImageSpec config;
+    config.attribute("oiio:UnassociatedAlpha", 1);
+    auto reader = OIIO::ImageInput::open(path, &config);
     if (!reader) unreadable(path, OIIO::geterror());
     FileImage image{reader->spec(), {}};
     if (image.spec.deep || image.spec.depth > 1) unreadable(path, "deep and volume images are not supported");
+    if (image.spec.width < 1 || image.spec.height < 1 || image.spec.nchannels < 1) {
+        unreadable(path, "the file holds no pixels");
+    }
     // One data format for every channel, as frames have; the reader converts channels stored otherwise.
     image.spec.channelformats.clear();
-    image.pixels.resize(image.spec.image_bytes());
+    try {
+        image.pixels.resize(pixelBytes(image.spec));
+    } catch (const std::bad_alloc&) {
+        throw ToolError(ExitCode::RenderFailed, "out of memory for " + path + ": " +
+                                                    std::to_string(image.spec.width) + " x " +
+                                                    std::to_string(image.spec.height) + " pixels of " +
+                                                    std::to_string(image.spec.nchannels) + " channels");
+    }
     if (!reader->read_image(0, 0, 0, image.spec.nchannels, image.spec.format, image.pixels.data())) {
         unreadable(path, reader->geterror());
     }
@@ -75,7 +102,7 @@ FileImage resizedImage(const FileImage& image, double scaleX, double scaleY) {
     placeAtOrigin(resized.spec);
     const OIIO::ROI size(0, resized.spec.width, 0, resized.spec.height, 0, 1, 0, image.spec.nchannels);
     const OIIO::ImageBuf result = OIIO::ImageBufAlgo::resize(source, "", 0.0f, size);
-    resized.pixels.resize(resized.spec.image_bytes());
+    resized.pixels.resize(pixelBytes(resized.spec));
     if (result.has_error() || !result.get_pixels(size, resized.spec.format, resized.pixels.data())) {
         throw ToolError(ExitCode::RenderFailed, "cannot downsample: " + result.geterror());
     }

@@ -1,6 +1,7 @@
 // Image files through OpenImageIO: PNG, JPEG, TIFF, OpenEXR, DPX and whatever else it reads. An image is
-// kept as the file holds it, in the file's own data format and channels, so that writing it back keeps
-// what the render doesn't touch: extra channels, the data format and the metadata.
+// kept as the file holds it, in the file's own data format and channels, with colour straight or
+// premultiplied as stored, so that writing it back keeps what the render doesn't touch: extra channels,
+// the data format, the values of translucent pixels and the metadata.
 #pragma once
 
 #include <OpenImageIO/imageio.h>

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -13,7 +14,7 @@ namespace Tw::Tools {
 // Stable across versions, since scripts branch on them; each tool's --help documents the ones it uses.
 enum class ExitCode : int {
     Success = 0,
-    RenderFailed = 1,
+    RenderFailed = 1,  // the render, or memory for an image ran out
     Usage = 2,
     UnreadableInput = 3,   // the input image, a layer image or a preset
     UnwritableOutput = 4,  // the output image or a saved preset
@@ -44,6 +45,10 @@ int runCommand(std::string_view program, std::ostream& err, Command&& command) {
     } catch (const ToolError& error) {
         err << program << ": " << error.what() << "\n";
         return static_cast<int>(error.code());
+    } catch (const std::bad_alloc&) {
+        // A frame or buffer that memory can't hold, outside the render which says so itself.
+        err << program << ": out of memory\n";
+        return static_cast<int>(ExitCode::RenderFailed);
     } catch (const std::exception& error) {
         err << program << ": " << error.what() << "\n";
         return static_cast<int>(ExitCode::RenderFailed);

@@ -82,6 +82,12 @@ ComponentOrder orderOf(const Option& option) {
     usageError("--order must be argb or bgra, not " + inQuotes(option.value));
 }
 
+AlphaMode alphaOf(const Option& option) {
+    if (equalsIgnoringCase(option.value, "straight")) return AlphaMode::Straight;
+    if (equalsIgnoringCase(option.value, "premultiplied")) return AlphaMode::Premultiplied;
+    usageError("--alpha must be straight or premultiplied, not " + inQuotes(option.value));
+}
+
 Downsample downsampleOf(const Option& option) {
     const auto parts = splitAtCommas(option.value);
     std::vector<double> factors;
@@ -96,10 +102,15 @@ Downsample downsampleOf(const Option& option) {
     return {factors.front(), factors.back()};
 }
 
+// Each worker takes one band of every pass, so far more workers than any machine has only slice the frame
+// into empty bands, at a cost for each.
+constexpr long long kMostThreads = 1024;
+
 std::uint32_t threadsOf(const Option& option) {
     const auto threads = parseInteger(option.value);
-    if (!threads || *threads < 1 || *threads > std::numeric_limits<std::uint32_t>::max()) {
-        usageError("--threads must be a whole number from 1, not " + inQuotes(option.value));
+    if (!threads || *threads < 1 || *threads > kMostThreads) {
+        usageError("--threads must be a whole number from 1 to " + std::to_string(kMostThreads) + ", not " +
+                   inQuotes(option.value));
     }
     return static_cast<std::uint32_t>(*threads);
 }
@@ -131,6 +142,7 @@ RenderRequest renderRequest(const Arguments& arguments) {
     request.effect = effectName(arguments.words, "render");
     std::optional<std::string> input, output;
     std::optional<ComponentOrder> order;
+    std::optional<AlphaMode> alpha;
     std::optional<std::uint32_t> threads;
     std::optional<Downsample> downsample;
     for (const Option& option : arguments.options) {
@@ -149,6 +161,8 @@ RenderRequest renderRequest(const Arguments& arguments) {
             setOnce(request.depth, depthOf(option), option);
         } else if (name == "--order") {
             setOnce(order, orderOf(option), option);
+        } else if (name == "--alpha") {
+            setOnce(alpha, alphaOf(option), option);
         } else if (name == "--downsample") {
             setOnce(downsample, downsampleOf(option), option);
         } else if (name == "--threads") {
@@ -164,6 +178,7 @@ RenderRequest renderRequest(const Arguments& arguments) {
     request.input = *input;
     request.output = *output;
     request.order = order.value_or(ComponentOrder::Argb);
+    request.alpha = alpha.value_or(AlphaMode::Straight);
     request.threads = threads.value_or(0);
     request.downsample = downsample.value_or(Downsample{});
     return request;

@@ -9,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "tools/common/AlphaMode.h"
 #include "tools/common/ComponentOrder.h"
 
 namespace Tw::Tools::Twfx {
@@ -48,6 +49,7 @@ struct RenderRequest {
     std::vector<Assignment> layers;
     std::optional<int> depth;  // the input file's depth when not given
     ComponentOrder order = ComponentOrder::Argb;
+    AlphaMode alpha = AlphaMode::Straight;
     Downsample downsample;
     std::uint32_t threads = 0;  // 0: every worker
     std::optional<FrameRange> frames;

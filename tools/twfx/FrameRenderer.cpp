@@ -29,7 +29,7 @@ void FrameRenderer::render(int frame, const std::function<void(double)>& progres
     FileImage image = readScaled(pathOfFrame(request_.input, frame));
     const Image::PixelFormat format =
         frameFormat(request_.depth.value_or(depthForFile(image.spec)), request_.order);
-    ImageBuffer input = frameFromFile(image, format);
+    ImageBuffer input = frameFromFile(image, format, request_.alpha);
     ImageBuffer output;
     output.allocate(input.rect, format);
 
@@ -38,7 +38,8 @@ void FrameRenderer::render(int frame, const std::function<void(double)>& progres
     std::vector<ImageBuffer*> layers(layerSlots_.size(), nullptr);
     for (std::size_t i = 0; i < layerSlots_.size(); ++i) {
         if (!layerSlots_[i].file.empty()) {
-            layerFrames[i] = frameFromFile(readScaled(pathOfFrame(layerSlots_[i].file, frame)), format);
+            layerFrames[i] = frameFromFile(readScaled(pathOfFrame(layerSlots_[i].file, frame)), format,
+                                           request_.alpha);
             layers[i] = &layerFrames[i];
         } else if (layerSlots_[i].ownLayerByDefault) {
             layers[i] = &input;
@@ -53,7 +54,7 @@ void FrameRenderer::render(int frame, const std::function<void(double)>& progres
         return true;
     });
     if (renderCancelled(input, output, layers)) throw ToolError(ExitCode::Cancelled, "cancelled");
-    storeFrame(output, image);
+    storeFrame(output, input, request_.alpha, image);
     writeImageFile(pathOfFrame(request_.output, frame), image, console_.cancelFlag);
 }
 

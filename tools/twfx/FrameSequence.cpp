@@ -2,6 +2,8 @@
 
 #include <regex>
 
+#include "tools/common/UserText.h"
+
 namespace Tw::Tools::Twfx {
 namespace {
 
@@ -23,7 +25,9 @@ std::string pathOfFrame(std::string_view path, int frame) {
              match(path.begin(), path.end(), framePattern()),
          end;
          match != end; ++match) {
-        const std::size_t width = (*match)[1].matched ? std::stoul((*match)[1].str()) : 0;
+        // The pattern allows two digits at most, so the width always reads.
+        const std::size_t width =
+            (*match)[1].matched ? static_cast<std::size_t>(*parseInteger((*match)[1].str())) : 0;
         std::string number = std::to_string(frame);
         if (number.size() < width) number.insert(0, width - number.size(), '0');
         result.append(rest, (*match)[0].first).append(number);

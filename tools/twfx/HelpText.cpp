@@ -25,15 +25,21 @@ Render options:
   --layer "LABEL=FILE"   the image of a layer parameter; may be repeated
   --depth 8|16|32        bits per component of the render (default: the input file's)
   --order argb|bgra      component order of the frames (default argb)
+  --alpha straight|premultiplied
+                         what the effect sees beside alpha: colour as the file stores it (default,
+                         so that an effect at neutral settings gives back the file unchanged), or
+                         colour multiplied by alpha, as After Effects hands over its layers; the
+                         tool multiplies on the way in and divides again on the way out (a file
+                         that already stores premultiplied colour, like OpenEXR, goes as it is)
   --downsample X[,Y]     render at a fraction of full resolution, each in (0, 1]; the output is smaller
-  --threads N            worker threads (default: one per processor)
+  --threads N            worker threads, 1 to 1024 (default: one per processor)
   --frames A-B           render a sequence: IN and OUT hold the frame number as %04d (or %d)
 
 A progress bar shows on standard error when it is a terminal; Ctrl-C cancels the render.
 
 Exit codes:
   0    success
-  1    the render failed
+  1    the render failed, or there is not memory enough for an image
   2    usage error
   3    unreadable input, layer image or preset
   4    unwritable output

@@ -1,6 +1,7 @@
 #include "tools/twfx/Twfx.h"
 
 #include <exception>
+#include <new>
 #include <variant>
 
 #include "tools/common/ToolError.h"

@@ -3,7 +3,6 @@
 // an identity, when two are equal, and how two in series fold into one.
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -19,16 +18,6 @@ template <class Real>
 int64_t blurMargin(Real reach) {
     if (!(reach > 0)) return 0;
     return static_cast<int64_t>(std::ceil(std::fmin(reach, Real(std::numeric_limits<int32_t>::max()))));
-}
-
-// `rect` grown by `dx` and `dy` on each side, with its edges held to the range of a coordinate. An
-// infinite rectangle stays infinite.
-inline PixelRect grownWithin(const PixelRect& rect, int64_t dx, int64_t dy) {
-    if (rect.isInfinite()) return rect;
-    const auto limit = [](int64_t v) {
-        return static_cast<int32_t>(std::clamp<int64_t>(v, PixelRect::kMin, PixelRect::kMax));
-    };
-    return {limit(rect.left - dx), limit(rect.top - dy), limit(rect.right + dx), limit(rect.bottom + dy)};
 }
 
 template <class Host>
@@ -48,7 +37,7 @@ public:
 
     // The output grown by 3.5 standard deviations per axis, as far as the input reaches.
     PixelRect inputRect(const PixelRect& rect, int /*inputIndex*/) const override {
-        const PixelRect needed = grownWithin(rect, blurMargin(3.5f * radiusX), blurMargin(3.5f * radiusY));
+        const PixelRect needed = rect.grown(blurMargin(3.5f * radiusX), blurMargin(3.5f * radiusY));
         return this->inputs.empty() ? needed : needed.intersect(this->inputs[0]->bounds());
     }
     // A smoothing this narrow changes nothing.

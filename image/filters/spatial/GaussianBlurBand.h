@@ -26,8 +26,7 @@ static_assert(32 % kLargestLineGroup == 0, "every 32nd line must start a group, 
 // lines take fewer, so that the line buffer keeps within its budget.
 inline int lineGroupSize(BlurAxis axis, int componentBytes, int count) {
     int group = axis == BlurAxis::Rows ? 8 : std::min(kLargestLineGroup, 128 / (4 * componentBytes));
-    while (group > 1 && static_cast<std::size_t>(lineBufferEntries(count, group)) * sizeof(PixelValues) >
-                            kLineBufferBudget) {
+    while (group > 1 && lineBufferEntries(count, group) * sizeof(PixelValues) > kLineBufferBudget) {
         group /= 2;
     }
     return group;

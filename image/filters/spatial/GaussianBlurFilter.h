@@ -25,8 +25,8 @@ struct GaussianBlurRun {
           y(makeGaussianBlurCoefficients(node.radiusY, node.kindY)),
           paddedSource(&host),
           passImage(&host) {
-        paddedSource.viewOf(source, grownWithin(output.rect, blurMargin(3.5 * double{node.radiusX}),
-                                                blurMargin(3.5 * double{node.radiusY})));
+        paddedSource.viewOf(source, output.rect.grown(blurMargin(3.5 * double{node.radiusX}),
+                                                      blurMargin(3.5 * double{node.radiusY})));
         if (usesPassImage()) {
             passImage.allocateLike(paddedSource, {output.rect.left, paddedSource.rect.top, output.rect.right,
                                                   paddedSource.rect.bottom});

@@ -54,8 +54,9 @@ struct LineShape {
 
 // Line buffer entries for groups of up to `lines` lines of `count` samples: the input and the result of
 // every sample, with four samples of start values at either end.
-inline int lineBufferEntries(int count, int lines) {
-    return 2 * (count + 8) * lines;
+// Counted in 64 bits: a line of a very tall or wide frame times a group of lines passes the range of an int.
+inline uint64_t lineBufferEntries(int count, int lines) {
+    return 2 * (uint64_t(count) + 8) * uint64_t(lines);
 }
 
 // Converts the four components at `address` exactly. Written lane by lane and through explicit zero

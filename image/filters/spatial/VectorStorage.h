@@ -7,6 +7,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -16,10 +18,11 @@ class VectorStorage {
 public:
     static constexpr std::align_val_t kAlignment{64};
 
-    // Room for `count` vectors of type V.
+    // Room for `count` vectors of type V; std::bad_alloc when no address range could hold them.
     template <class V>
-    static VectorStorage of(int count) {
-        return VectorStorage(static_cast<std::size_t>(count) * sizeof(V));
+    static VectorStorage of(uint64_t count) {
+        if (count > uint64_t(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(V)) throw std::bad_alloc();
+        return VectorStorage(static_cast<std::size_t>(count * sizeof(V)));
     }
     VectorStorage(VectorStorage&& other) noexcept : bytes_(std::exchange(other.bytes_, nullptr)) {}
     VectorStorage& operator=(VectorStorage&&) = delete;
