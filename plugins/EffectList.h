@@ -11,6 +11,7 @@
 #include "plugins/BlurPlugin.h"
 #include "plugins/CIECCPlugin.h"
 #include "plugins/MinMaxPlugin.h"
+#include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
 #include "plugins/SmoothingPlugin.h"
 
@@ -24,6 +25,7 @@
     EFFECT(CIECCEntry, CIE_CC_Plugin)         \
     EFFECT(MaxEntry, MaxPlugin)               \
     EFFECT(MinEntry, MinPlugin)               \
+    EFFECT(PresetsEntry, PresetsPlugin)       \
     EFFECT(SharpenEntry, SharpenPlugin)       \
     EFFECT(SmoothingEntry, SmoothingPlugin)
 

@@ -9,6 +9,10 @@
 
 namespace Tw::Host::Param {
 
+// The labels of the groups that hold record `index`, the outermost first; empty for a record outside
+// every group.
+std::vector<std::string> groupsOf(const std::vector<ParamRecord>& records, int index);
+
 // The label of the innermost group that holds record `index`; empty for a record outside every group.
 std::string groupOf(const std::vector<ParamRecord>& records, int index);
 

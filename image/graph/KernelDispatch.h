@@ -102,10 +102,11 @@ template <class Layout, class Body>
     body(Layout{}, Isa::Baseline{});
 }
 
-// Calls body(Layout{}, Isa tag) with the widest variant that `features` allows.
+// Calls body(Layout{}, Isa tag) with the widest variant that `features` allows. A build for checking
+// the hosts and the graph rather than the kernels (TW_BASELINE_KERNELS_ONLY) compiles the baseline alone.
 template <class Layout, class Body>
 void runVariant(CpuFeatures features, Body& body) {
-#if defined(__x86_64__) || defined(__i386__)
+#if (defined(__x86_64__) || defined(__i386__)) && !defined(TW_BASELINE_KERNELS_ONLY)
     if (features & CpuFeature::kAvx2) return runAvx2<Layout>(body);
     if (features & CpuFeature::kSse41) return runSse41<Layout>(body);
 #endif

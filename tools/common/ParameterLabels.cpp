@@ -1,6 +1,8 @@
 #include "tools/common/ParameterLabels.h"
 
 #include <algorithm>
+#include <span>
+#include <string>
 #include <vector>
 
 #include "host/param/ParamGroups.h"
@@ -22,6 +24,21 @@ std::vector<int> recordsWhere(const Param::Parameters& params, Accept accept) {
     return indices;
 }
 
+// Whether the innermost of `groups` are `wanted`, in order.
+bool endsWithGroups(const std::vector<std::string>& groups, std::span<const std::string_view> wanted) {
+    if (wanted.size() > groups.size()) return false;
+    return std::equal(wanted.begin(), wanted.end(), groups.end() - static_cast<std::ptrdiff_t>(wanted.size()),
+                      [](std::string_view a, const std::string& b) { return equalsIgnoringCase(a, b); });
+}
+
+// "Outer/Inner/Label": every group around record `index`, and its label.
+std::string pathOf(const Param::Parameters& params, int index) {
+    std::string path;
+    for (const std::string& group : Param::groupsOf(params.records, index))
+        path += group + "/";
+    return path + params.records[index].label;
+}
+
 }  // namespace
 
 bool isValueRecord(const Param::ParamRecord& record) {
@@ -40,13 +57,13 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
     std::vector<int> matches =
         recordsWhere(params, [&](int i) { return equalsIgnoringCase(params.records[i].label, key); });
     // Only a key that names no label as a whole is read as "Group/Label", so labels may hold a slash.
-    const std::size_t slash = key.find('/');
-    if (matches.empty() && slash != std::string_view::npos) {
-        const std::string_view group = key.substr(0, slash);
-        const std::string_view label = key.substr(slash + 1);
+    if (matches.empty() && key.find('/') != std::string_view::npos) {
+        const std::vector<std::string_view> path = splitAt(key, '/');
+        const std::string_view label = path.back();
+        const std::span<const std::string_view> groups(path.data(), path.size() - 1);
         matches = recordsWhere(params, [&](int i) {
             return equalsIgnoringCase(params.records[i].label, label) &&
-                   equalsIgnoringCase(Param::groupOf(params.records, i), group);
+                   endsWithGroups(Param::groupsOf(params.records, i), groups);
         });
     }
     // A label that stands outside every group as well as inside some is the bare one's.
@@ -65,7 +82,7 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
     }
     std::vector<std::string> choices;
     for (const int i : matches)
-        choices.push_back(Param::groupOf(params.records, i) + "/" + params.records[i].label);
+        choices.push_back(pathOf(params, i));
     throw ToolError(ExitCode::UnknownName, quoted + " names " + std::to_string(matches.size()) +
                                                " parameters of " + effect + "; write one as " +
                                                joinedWithCommas(choices));

@@ -1,7 +1,8 @@
 // Finding an effect's parameter by the label a user types. Labels compare without regard to case. A
 // label that occurs more than once in an effect is told apart by its group, written "Group/Label", the
-// group being the one whose start and end records hold the parameter; where one of them stands outside
-// every group, the bare label names that one.
+// group being the one whose start and end records hold the parameter, or by as many of the groups around
+// it as it takes, the innermost last ("Presets/Sharpen/Amount"); where one of them stands outside every
+// group, the bare label names that one.
 #pragma once
 
 #include <string>

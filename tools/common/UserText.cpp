@@ -58,14 +58,18 @@ std::optional<long long> parseInteger(std::string_view text) {
     return parseEntireText<long long>(text);
 }
 
-std::vector<std::string_view> splitAtCommas(std::string_view text) {
+std::vector<std::string_view> splitAt(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     for (;;) {
-        const std::size_t comma = text.find(',');
-        parts.push_back(trimmed(text.substr(0, comma)));
-        if (comma == std::string_view::npos) return parts;
-        text.remove_prefix(comma + 1);
+        const std::size_t end = text.find(separator);
+        parts.push_back(trimmed(text.substr(0, end)));
+        if (end == std::string_view::npos) return parts;
+        text.remove_prefix(end + 1);
     }
+}
+
+std::vector<std::string_view> splitAtCommas(std::string_view text) {
+    return splitAt(text, ',');
 }
 
 std::string joinedWithCommas(const std::vector<std::string>& texts) {

@@ -19,6 +19,8 @@ std::optional<double> parseNumber(std::string_view text);
 std::optional<long long> parseInteger(std::string_view text);
 // The parts of "a,b,c" between commas, each trimmed.
 std::vector<std::string_view> splitAtCommas(std::string_view text);
+// The same at any separator.
+std::vector<std::string_view> splitAt(std::string_view text, char separator);
 
 // "a, b, c": how messages and listings name several things.
 std::string joinedWithCommas(const std::vector<std::string>& texts);

@@ -137,9 +137,15 @@ ParamsRequest paramsRequest(const Arguments& arguments) {
     return request;
 }
 
-RenderRequest renderRequest(const Arguments& arguments) {
+// `render EFFECT ...`, or `retouch ...`, which renders the whole skin retouch with the same options.
+RenderRequest renderRequest(const Arguments& arguments, std::string_view command) {
     RenderRequest request;
-    request.effect = effectName(arguments.words, "render");
+    if (command == "retouch") {
+        if (!arguments.words.empty()) usageError("retouch takes no effect name, only options");
+        request.effect = "SkinRetouch";
+    } else {
+        request.effect = effectName(arguments.words, "render");
+    }
     std::optional<std::string> input, output;
     std::optional<ComponentOrder> order;
     std::optional<AlphaMode> alpha;
@@ -173,8 +179,8 @@ RenderRequest renderRequest(const Arguments& arguments) {
             usageError("unknown option " + name);
         }
     }
-    if (!input) usageError("render needs an input image: -i FILE");
-    if (!output) usageError("render needs an output image: -o FILE");
+    if (!input) usageError(std::string(command) + " needs an input image: -i FILE");
+    if (!output) usageError(std::string(command) + " needs an output image: -o FILE");
     request.input = *input;
     request.output = *output;
     request.order = order.value_or(ComponentOrder::Argb);
@@ -200,7 +206,7 @@ Request parseCommandLine(std::span<const std::string> arguments) {
         return ListRequest{};
     }
     if (command == "params") return paramsRequest(rest);
-    if (command == "render") return renderRequest(rest);
+    if (command == "render" || command == "retouch") return renderRequest(rest, command);
     usageError("unknown command " + inQuotes(command));
 }
 

@@ -5,8 +5,19 @@
 
 #include "tools/common/ToolError.h"
 #include "tools/common/UserText.h"
+#include "tools/twfx/SkinRetouchEntry.h"
 
 namespace Tw::Tools::Twfx {
+
+std::span<const EffectEntry> renderableEffects() {
+    static const std::vector<EffectEntry> effects = [] {
+        const auto bundle = Plugins::effectRegistry<StandaloneHost>();
+        std::vector<EffectEntry> all(bundle.begin(), bundle.end());
+        all.push_back(skinRetouchEntry());
+        return all;
+    }();
+    return effects;
+}
 
 const EffectEntry& findEffect(std::string_view name, std::span<const EffectEntry> effects) {
     std::vector<const EffectEntry*> matches;

@@ -38,8 +38,8 @@ void FrameRenderer::render(int frame, const std::function<void(double)>& progres
     std::vector<ImageBuffer*> layers(layerSlots_.size(), nullptr);
     for (std::size_t i = 0; i < layerSlots_.size(); ++i) {
         if (!layerSlots_[i].file.empty()) {
-            layerFrames[i] = frameFromFile(readScaled(pathOfFrame(layerSlots_[i].file, frame)), format,
-                                           request_.alpha);
+            layerFrames[i] =
+                frameFromFile(readScaled(pathOfFrame(layerSlots_[i].file, frame)), format, request_.alpha);
             layers[i] = &layerFrames[i];
         } else if (layerSlots_[i].ownLayerByDefault) {
             layers[i] = &input;

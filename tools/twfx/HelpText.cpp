@@ -9,11 +9,17 @@ Usage:
   twfx list                          the effects
   twfx params EFFECT [--save FILE]   an effect's parameters; --save writes them as a preset
   twfx render EFFECT -i IN -o OUT [options]
+  twfx retouch -i IN -o OUT [options]
+                                     the whole skin retouch: "Smoothing" on a copy of the image and
+                                     "Presets" mixing that copy into it where colours are skin; --set
+                                     takes either effect's labels ("Smoothing Amount=40", "Hue Range=12"),
+                                     and a label both have the effect's name first ("Presets/Locked");
+                                     `twfx params SkinRetouch` lists them
   twfx --help | --version
 
 An effect is named by its display name ("Balance RGB") or its short name ("BalanceRGB"), in any case.
 
-Render options:
+Render and retouch options:
   -i, --input FILE       the image: PNG, JPEG, TIFF, OpenEXR, DPX and others, 8-bit, 16-bit or float
   -o, --output FILE      where to write; the extension picks the format, the data format and the
                          channels follow the input; the file appears only when the render succeeds
