@@ -23,6 +23,9 @@ struct EffectEntry {
     // generator, which has no input to give back).
     std::span<const char* const> busySettings;
     std::span<const char* const> neutralSettings;
+    // How many of its layer parameters, in list order, a host of frame mixers (frei0r) fills from its
+    // further inputs: at most 2. See mixerLayersOf.
+    int mixerLayers;
 
     // The entry name without its "Entry": how the command line and file names know an effect.
     std::string_view shortName() const {
@@ -30,6 +33,18 @@ struct EffectEntry {
         return name.substr(0, name.size() - std::string_view("Entry").size());
     }
 };
+
+// An effect's `mixerLayers`, or 2 when it declares none: every layer parameter that a three-input mixer
+// can fill. An effect whose further layers past the first are seldom used declares 1, so that it is a
+// two-input mixer, the only kind that MLT (and so Kdenlive and Shotcut) loads.
+template <class Plugin>
+constexpr int mixerLayersOf() {
+    if constexpr (requires { Plugin::mixerLayers; }) {
+        return Plugin::mixerLayers;
+    } else {
+        return 2;
+    }
+}
 
 // Every effect of the list, in list order, made for `Host`.
 template <class Host>

@@ -182,6 +182,9 @@ public:
         "Preserve Small Detail=40", "Sharpen/Amount=60",       "Adjust Hue=25", "Adjust Saturation=-20",
         "Adjust Brightness=10",     "Shine Removal/Amount=70", "Hue Range=30"};
     static constexpr std::array<const char*, 0> neutralSettings{};
+    // A frame mixer feeds "Key Source" alone: the smoothed track is what the effect needs, "Foreground"
+    // is seldom set, and MLT loads no mixer of three inputs.
+    static constexpr int mixerLayers = 1;
     // Saved projects know the parameters by these numbers: list index 0 has 1, index 1 has 26, and every
     // later index its own number.
     static constexpr int32_t diskParameterIds[PresetsParam::Count] = {

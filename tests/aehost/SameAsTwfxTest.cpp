@@ -85,5 +85,23 @@ TEST_F(SameAsTwfx, EveryEffectOfTheBundleOnThePortrait) {
     }
 }
 
+// The retouch as an editor sets it up in After Effects: "Smoothing" on a duplicate of the layer, and
+// "Presets" on the layer with the duplicate as its "Key Source". At 8 bits the smoothed layer holds the
+// same values in a file as inside twfx's one graph, so the two renders agree.
+TEST_F(SameAsTwfx, TheRetouchChainOnThePortrait) {
+    ASSERT_EQ(run({TW_AEHOST_PATH, "render", kBundle, "SmoothingEntry", "-i", kPortrait, "-o",
+                   file("smoothed.png")}),
+              0);
+    ASSERT_EQ(run({TW_AEHOST_PATH, "render", kBundle, "PresetsEntry", "-i", kPortrait, "--layer",
+                   "Key Source=" + file("smoothed.png"), "-o", file("ae.png")}),
+              0);
+    ASSERT_EQ(run({TW_TWFX_PATH, "retouch", "-i", kPortrait, "-o", file("tw.png")}), 0);
+    OIIO::ImageSpec spec;
+    const std::vector<unsigned char> bundle = pixelsOf(file("ae.png"), spec);
+    ASSERT_FALSE(bundle.empty());
+    EXPECT_TRUE(bundle == pixelsOf(file("tw.png"), spec)) << "the two programs wrote different pixels";
+    EXPECT_NE(bundle, pixelsOf(kPortrait, spec));
+}
+
 }  // namespace
 }  // namespace Tw::Tools::AeHost

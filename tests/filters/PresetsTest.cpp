@@ -21,7 +21,8 @@ constexpr Image::PixelRect kFrame{0, 0, 37, 29};
 class PresetsRender {
 public:
     explicit PresetsRender(Image::PixelFormat format)
-        : input_(Tw::Test::patternImage(kFrame, format, 1)), keySource_(Tw::Test::patternImage(kFrame, format, 2)) {
+        : input_(Tw::Test::patternImage(kFrame, format, 1)),
+          keySource_(Tw::Test::patternImage(kFrame, format, 2)) {
         effect_.defineParameters(params_);
         // A skin range wide enough that the pattern's colours fall partly inside it.
         params_.setFloat(P::HueRange, 15);

@@ -321,6 +321,25 @@ TEST_P(HostsTest, MeltRendersEveryTwoLayerMixerAsATransitionAsTwfxDoes) {
     if (mixers == 0) GTEST_SKIP() << "the registry has no effect over two layers";
 }
 
+// The whole retouch as an editor sets it up in MLT: "Smoothing" on the upper track's copy of the frame,
+// and "Presets" the transition that takes that track as its "Key Source". twfx retouch is the same frame.
+TEST_P(HostsTest, MeltRetouchesAsTwfxRetouchDoes) {
+    if (GetParam() != Settings::Defaults) GTEST_SKIP() << "the retouch runs at its defaults";
+    const PluginDescription presets(effectNamed("PresetsEntry"));
+    const std::vector<char> rendered =
+        meltFrame({"-track", file("in.png"), "in=0", "out=1", "-track", file("in.png"), "in=0", "out=1",
+                   "-filter", "frei0r.tw_smoothing", "-transition", "frei0r.tw_presets", "in=0", "out=1",
+                   "a_track=0", "b_track=1"},
+                  HostSettings(presets));
+    const std::vector<std::string> retouch = {"retouch", "-i", file("in.png"), "-o",  file("twfx.png"),
+                                              "--depth", "8",  "--order",      "bgra"};
+    std::ostringstream out, err;
+    ASSERT_EQ(Tools::Twfx::runTwfx(retouch, {out, err}), 0) << err.str();
+    ASSERT_EQ(decode("twfx.png", "twfx.rgba"), 0);
+    EXPECT_EQ(firstDifference(rendered, frame("twfx.rgba")), "");
+    EXPECT_NE(rendered, frame("in.rgba"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Settings, HostsTest,
                          ::testing::Values(Settings::Defaults, Settings::Busy, Settings::Varied), nameOf);
 

@@ -9,9 +9,9 @@
 #include "tests/tools/TwfxFixture.h"
 #include "tools/common/ParameterLabels.h"
 #include "tools/common/ParameterValues.h"
+#include "tools/common/ToolError.h"
 #include "tools/twfx/EffectLookup.h"
 #include "tools/twfx/Presets.h"
-#include "tools/common/ToolError.h"
 
 namespace Tw::Tools::Twfx {
 namespace {

@@ -69,7 +69,8 @@ TEST_F(Retouch, SetsEitherEffectsParametersByLabel) {
     EXPECT_NE(retouched({"--set", "Smoothing Amount=60"}).values, plain.values);
     EXPECT_NE(retouched({"--set", "Hue Range=30"}).values, plain.values);
     EXPECT_NE(retouched({"--set", "Presets/Sharpen/Amount=50"}).values, plain.values);
-    EXPECT_EQ(retouched({"--set", "Presets/Locked=off", "--set", "Smoothing/Locked=on"}).values, plain.values);
+    EXPECT_EQ(retouched({"--set", "Presets/Locked=off", "--set", "Smoothing/Locked=on"}).values,
+              plain.values);
 
     const RunResult ambiguous = twfx({"retouch", "-i", portrait, "-o", file("x.png"), "--set", "Locked=on"});
     EXPECT_EQ(ambiguous.code, 5);
