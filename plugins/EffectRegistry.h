@@ -25,7 +25,7 @@ struct EffectEntry {
     std::span<const char* const> neutralSettings;
     // How many of its layer parameters, in list order, a host of frame mixers (frei0r) fills from its
     // further inputs: at most 2. See mixerLayersOf.
-    int mixerLayers;
+    int mixerLayers = 2;
 
     // The entry name without its "Entry": how the command line and file names know an effect.
     std::string_view shortName() const {
