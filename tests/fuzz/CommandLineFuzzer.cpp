@@ -25,11 +25,11 @@ void resolve(const Twfx::RenderRequest& request) {
     Twfx::defineParameters(effect, params);
     std::ostringstream warnings;
     for (const Twfx::Assignment& setting : request.settings) {
-        Twfx::setParameterFromText(params, Twfx::findParameter(params, setting.label, effect.displayName),
+        Tw::Tools::setParameterFromText(params, Tw::Tools::findParameter(params, setting.label, effect.displayName),
                                    setting.value, warnings);
     }
     for (const Twfx::Assignment& layer : request.layers)
-        Twfx::findParameter(params, layer.label, effect.displayName);
+        Tw::Tools::findParameter(params, layer.label, effect.displayName);
     if (request.frames) {
         for (const int frame : {request.frames->first, request.frames->last}) {
             Twfx::pathOfFrame(request.input, frame);
@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const Twfx::Request request = Twfx::parseCommandLine(arguments);
         if (const auto* render = std::get_if<Twfx::RenderRequest>(&request)) resolve(*render);
-    } catch (const Twfx::ToolError&) {
+    } catch (const Tw::Tools::ToolError&) {
     }
     return 0;
 }

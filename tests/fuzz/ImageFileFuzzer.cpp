@@ -16,8 +16,6 @@
 #include "tools/common/ImageFile.h"
 #include "tools/common/ToolError.h"
 
-namespace Twfx = Tw::Tools::Twfx;
-
 namespace {
 
 constexpr std::array<const char*, 6> kExtensions = {".png", ".tif", ".exr", ".jpg", ".dpx", ".bmp"};
@@ -68,18 +66,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!pictureFits(path)) return 0;
 
     const int depth = std::array{8, 16, 32}[data[1] % 3];
-    const auto order = data[1] & 4 ? Twfx::ComponentOrder::Bgra : Twfx::ComponentOrder::Argb;
-    const auto alpha = data[1] & 8 ? Twfx::AlphaMode::Premultiplied : Twfx::AlphaMode::Straight;
+    const auto order = data[1] & 4 ? Tw::Tools::ComponentOrder::Bgra : Tw::Tools::ComponentOrder::Argb;
+    const auto alpha = data[1] & 8 ? Tw::Tools::AlphaMode::Premultiplied : Tw::Tools::AlphaMode::Straight;
     try {
-        Twfx::FileImage image = Twfx::readImageFile(path);
-        const Tw::Image::PixelFormat format = Twfx::frameFormat(depth, order);
-        const Tw::Image::ImageBuffer frame = Twfx::frameFromFile(image, format, alpha);
+        Tw::Tools::FileImage image = Tw::Tools::readImageFile(path);
+        const Tw::Image::PixelFormat format = Tw::Tools::frameFormat(depth, order);
+        const Tw::Image::ImageBuffer frame = Tw::Tools::frameFromFile(image, format, alpha);
         // Against a black original, every channel that isn't black counts as changed and is written.
         Tw::Image::ImageBuffer black;
         black.allocate(frame.rect, format);
         black.clear(black.rect);
-        Twfx::storeFrame(frame, black, alpha, image);
-    } catch (const Twfx::ToolError&) {
+        Tw::Tools::storeFrame(frame, black, alpha, image);
+    } catch (const Tw::Tools::ToolError&) {
     }
     return 0;
 }

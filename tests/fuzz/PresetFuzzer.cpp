@@ -39,7 +39,7 @@ void applyChecked(Param::Parameters& params, const std::string& text, const std:
     std::ostringstream warnings;
     try {
         Twfx::applyPreset(params, in, "fuzz.preset", effectName, warnings);
-    } catch (const Twfx::ToolError&) {
+    } catch (const Tw::Tools::ToolError&) {
     }
 }
 
