@@ -112,6 +112,8 @@ struct PresetsPluginFilters {
         }
 
         Node* node = nullptr;
+        // The key's mix into the input, where the graph has one.
+        ColorKeyFilter<Host, ColorKeySampleComp>* inputMix = nullptr;
         if (transparent) {
             auto& strength = chain.template add<ColorKeyFilter<Host, ColorKeySampleMask<MaskGetAlpha>>>(
                 input, *current, skin, false);
@@ -125,12 +127,13 @@ struct PresetsPluginFilters {
             node = &chain.template add<MaskFilter<Host>>(input, *over, strength, false);
         } else if (normal) {
             if (correct && correctionUsesMask) {
-                node = &chain.template add<ColorKeyCCFilter<Host>>(input, *current, skin, false, hue,
-                                                                   saturation, brightness);
+                inputMix = &chain.template add<ColorKeyCCFilter<Host>>(input, *current, skin, false, hue,
+                                                                       saturation, brightness);
             } else {
-                node = &chain.template add<ColorKeyFilter<Host, ColorKeySampleComp>>(input, *current, skin,
-                                                                                     false);
+                inputMix = &chain.template add<ColorKeyFilter<Host, ColorKeySampleComp>>(input, *current,
+                                                                                         skin, false);
             }
+            node = inputMix;
         } else {
             node = &chain.template add<ColorKeyFilter<Host, ColorKeySampleMask<MaskGetRGB>>>(input, *current,
                                                                                              skin, false);
@@ -150,6 +153,12 @@ struct PresetsPluginFilters {
         if (correct && (transparent || (normal && !correctionUsesMask)))
             node = &chain.template add<CCFilter<Host>>(*node, hue, saturation, brightness);
         if (transparent) return *node;
+        // The input's alpha goes back on. Where the mix into the input is the last node, it takes that
+        // alpha itself, the same values without a pass over the frame of their own.
+        if (node == inputMix) {
+            inputMix->keepsBaseAlpha = true;
+            return *node;
+        }
         return chain.template add<CopyAlphaFilter<Host>>(*node, input);
     }
 

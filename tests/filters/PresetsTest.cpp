@@ -53,6 +53,15 @@ TEST(Presets, OutputTypesShowTheirPartsOfTheGraph) {
     for (const Image::PixelFormat format : Tw::Test::kEveryFormat) {
         SCOPED_TRACE(Image::formatDepth(format));
         PresetsRender presets(format);
+        // "Normal" puts back the input's alpha over the mix, with and without steps after the key.
+        for (const float shine : {0.0f, 50.0f}) {
+            presets.params().setFloat(P::ShineAmount, shine);
+            const std::vector<Pixel> normal = presets.render(true), input = presets.input();
+            for (std::size_t i = 0; i < normal.size(); ++i)
+                ASSERT_EQ(normal[i][3], input[i][3]) << i;
+        }
+        presets.params().setFloat(P::ShineAmount, 0);
+
         presets.setOutput(PresetsOutput::BlurOnly);
         EXPECT_EQ(presets.render(true), presets.keySource());
         EXPECT_EQ(presets.render(false), presets.input());

@@ -36,7 +36,8 @@ public:
         }
         HostProgress<Host> progress(*this->host, threadIndex);
         colorKeyCCBand(*this->outputImage, *this->inputImages[0], *this->inputImages[1], band,
-                       this->host->cpuFeatures(), progress, this->key, this->inverted, cc);
+                       this->host->cpuFeatures(), progress, this->key, this->inverted, cc,
+                       this->keepsBaseAlpha);
     }
 
     LabCorrection cc;

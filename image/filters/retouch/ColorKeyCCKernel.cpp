@@ -27,7 +27,7 @@ template <int Lanes, int Blocks>
 
 void colorKeyCCBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& b, const PixelRect& band,
                     CpuFeatures features, Progress& progress, const SkinKey& key, bool inverted,
-                    const LabCorrection& correction) {
+                    const LabCorrection& correction, bool baseAlpha) {
     const KeyBox box(key, inverted);
     runKeyedBand(output, a, b, band, features, progress,
                  [&]<class Layout, int Lanes>(const typename Layout::Component* first,
@@ -48,6 +48,7 @@ void colorKeyCCBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer
                          bs[Layout::blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
                          for (int c = 0; c < 4; ++c)
                              outs[c] = (bs[c] - as[c]) * keyed.strengths[k] + as[c];
+                         if (baseAlpha) outs[Layout::alpha] = as[Layout::alpha];
                          storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
                      }
                  });

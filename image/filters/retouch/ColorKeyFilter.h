@@ -52,7 +52,7 @@ public:
     bool equals(const Node& other) const override {
         if (!this->sameKind(other)) return false;
         const auto& o = static_cast<const ColorKeyFilter&>(other);
-        return key == o.key && inverted == o.inverted;
+        return key == o.key && inverted == o.inverted && keepsBaseAlpha == o.keepsBaseAlpha;
     }
     int tileFlags() const override { return 3; }
     bool canRunInPlace(int inputIndex) const override { return inputIndex == 0; }
@@ -60,11 +60,14 @@ public:
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
         HostProgress<Host> progress(*this->host, threadIndex);
         colorKeyBand(*this->outputImage, *this->inputImages[0], *this->inputImages[1], band,
-                     this->host->cpuFeatures(), progress, key, inverted, Sampler::output);
+                     this->host->cpuFeatures(), progress, key, inverted, Sampler::output, keepsBaseAlpha);
     }
 
     SkinKey key;
     bool inverted;
+    // A mix whose alpha is that of input 0, as it is: what a copy of input 0's alpha after the mix would
+    // give, without a pass of its own.
+    bool keepsBaseAlpha = false;
 };
 
 }  // namespace Tw::Image

@@ -6,7 +6,7 @@ namespace Tw::Image {
 
 void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& b, const PixelRect& band,
                   CpuFeatures features, Progress& progress, const SkinKey& key, bool inverted,
-                  ColorKeyOutput result) {
+                  ColorKeyOutput result, bool baseAlpha) {
     const KeyBox box(key, inverted);
     const auto run = [&]<ColorKeyOutput Result>() {
         runKeyedBand(output, a, b, band, features, progress,
@@ -23,6 +23,7 @@ void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& 
                                  loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
                                  for (int c = 0; c < 4; ++c)
                                      outs[c] = (bs[c] - as[c]) * m + as[c];
+                                 if (baseAlpha) outs[Layout::alpha] = as[Layout::alpha];
                              } else {
                                  for (int c = 0; c < 4; ++c)
                                      outs[c] = m * Layout::white;

@@ -17,9 +17,10 @@ enum class ColorKeyOutput {
 };
 
 // The key over `band` of `output`, from a of image `a` and b of image `b` at the same places. Integer
-// results are cut toward zero: masks are m times white.
+// results are cut toward zero: masks are m times white. With `baseAlpha`, a mix takes the alpha of a as
+// it is instead of mixing it.
 void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& b, const PixelRect& band,
                   CpuFeatures features, Progress& progress, const SkinKey& key, bool inverted,
-                  ColorKeyOutput result);
+                  ColorKeyOutput result, bool baseAlpha = false);
 
 }  // namespace Tw::Image
