@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/standalone/Host.h"
+#include "image/graph/LayerRequest.h"
 #include "plugins/EffectRegistry.h"
 #include "tests/support/PatternImage.h"
 #include "tools/common/ParameterLabels.h"
@@ -71,7 +72,26 @@ public:
         return effect_->render(params_, input_, output, layers_);
     }
 
+    // The same as a host that hands over no more of the input than the effect asks for: the input cut to
+    // the rectangle that the effect's inputRect names for `rect`, so that a region asked too small shows
+    // in the pixels. Further layers go whole: before a render the effect can only take them to extend as
+    // far as the frame, and a layer that reaches beyond it (as the test's does) would be cut short.
+    int32_t runOnAskedInput(Image::ImageBuffer& output, const Image::PixelRect& rect) {
+        std::vector<Image::LayerRequest> requests;
+        const Image::PixelRect asked = effect_->inputRect(params_, rect, input_.rect, requests);
+        Image::ImageBuffer input = cutTo(input_, asked);
+        output.allocate(rect, input_.pixelFormat());
+        return effect_->render(params_, input, output, layers_);
+    }
+
 private:
+    static Image::ImageBuffer cutTo(const Image::ImageBuffer& image, const Image::PixelRect& rect) {
+        Image::ImageBuffer cut;
+        cut.allocate(rect.intersect(image.rect), image.pixelFormat());
+        cut.copyFrom(image);
+        return cut;
+    }
+
     std::unique_ptr<StandaloneHost> effect_;
     Tw::Host::Param::Parameters params_;
     Image::ImageBuffer input_;
