@@ -20,11 +20,12 @@ CROSS_PACKAGES := g++-i686-linux-gnu g++-aarch64-linux-gnu qemu-user googletest
 PREFIX ?= /usr/local
 
 # The fuzz targets of tests/fuzz, built with clang and libFuzzer in a tree of their own: `make fuzz` runs
-# each for FUZZ_SECONDS, `make test` for a few seconds over its corpus. What a run finds goes to FUZZ_DIR.
+# each for FUZZ_SECONDS. What a run finds goes to FUZZ_DIR. `make test` replays their corpora in its own
+# builds, sanitised ones included, without clang.
 FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 60
 FUZZ_TARGETS := preset command_line image_file arbitrary_data
-PACKAGES += clang-14 libclang-rt-14-dev
+FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 
 .PHONY: all deps build build-run build-sanitize build-tsan build-fuzz run test test-cross fuzz bench install clean
 
@@ -67,7 +68,8 @@ build-tsan: deps
 	  -DTW_THREAD_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF -DTW_BASELINE_KERNELS_ONLY=ON
 	cmake --build $(TSAN_DIR) -j$(JOBS) --target ae_concurrency_tests
 
-build-fuzz: deps
+build-fuzz:
+	@$(MAKE) --no-print-directory deps PACKAGES="$(RUN_PACKAGES) $(FUZZ_PACKAGES)"
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 	  -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" -DTW_FUZZ=ON -DTW_BUILD_TESTS=OFF -DTW_BUILD_BENCHMARKS=OFF \
 	  -DTW_BASELINE_KERNELS_ONLY=ON
@@ -97,7 +99,6 @@ test: build build-sanitize build-tsan
 	ctest --test-dir $(BUILD_DIR) -j$(JOBS) --output-on-failure
 	ctest --test-dir $(SANITIZE_DIR) -j$(JOBS) --output-on-failure
 	$(TSAN_DIR)/tests/ae/ae_concurrency_tests
-	@$(MAKE) --no-print-directory fuzz FUZZ_SECONDS=5
 
 # The core, the filters, the bundle and their tests built for each of CROSS_TARGETS and run there; every
 # effect's renders must have the same bits as on this machine.
