@@ -65,8 +65,9 @@ enum : int {
 enum class PresetsOutput : int32_t { Normal, Mask, QuickMask, BlurOnly, Transparent };
 
 // The fixed key of shine: from a bright skin tone to white, given by the two colours' ratios to the white
-// point. Their hue range runs from about -0.1758 to 0.1192: the prose that once described it said -0.1755,
-// but the ratios taken through single-precision cube roots give -0.1758, and that is what renders.
+// point. Their hue range runs from about -0.1758 to 0.1192. The lower end is what the ratios give through
+// single-precision cube roots, as the key space computes them; rounder figures for it (-0.1755) are not
+// what renders, and the key keeps the computed one.
 inline Image::SkinKey shineKey() {
     return Image::makeKeyRange(
         Image::keySpaceOfWhiteRatios(0.6502138376235962f, 0.5370203256607056f, 0.32642418146133423f),
