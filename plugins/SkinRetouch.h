@@ -49,10 +49,15 @@ struct SkinRetouchFilters {
     using Smoothing = RetouchPart<SmoothingPlugin<Host>>;
     using Presets = RetouchPart<PresetsPlugin<Host>>;
 
+    // Where each part's records begin in the combined list: after its group start, and for "Presets"
+    // after "Smoothing"'s records and group end too.
+    static std::size_t smoothingFirst() { return 1; }
+    static std::size_t presetsFirst() { return smoothingFirst() + Smoothing::recordCount() + 2; }
+
     static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
         Param::Parameters smoothing, presets;
-        Smoothing::copy(params, 1, smoothing);
-        Presets::copy(params, Smoothing::recordCount() + 3, presets);
+        Smoothing::copy(params, smoothingFirst(), smoothing);
+        Presets::copy(params, presetsFirst(), presets);
         // "Key Source" is the smoothed copy; "Foreground", the combined list's second layer, is the user's.
         const std::array<Image::FilterBase<Host>*, 2> layers{
             &SmoothingPluginFilters<Host>::makeFilters(chain, smoothing), chain.layer(2)};

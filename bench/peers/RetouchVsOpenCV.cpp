@@ -42,10 +42,9 @@ Side labRoundTripSide(int width, int height) {
     });
 }
 
-// Every option of the retouch on: the Presets records follow Smoothing's and the two group records.
+// Every option of the retouch on.
 void everyOption(Param::Parameters& params) {
-    using Part = Plugins::RetouchPart<Plugins::SmoothingPlugin<Host>>;
-    const int presets = static_cast<int>(Part::recordCount()) + 3;
+    const auto presets = static_cast<int>(Plugins::SkinRetouchFilters<Host>::presetsFirst());
     namespace P = Plugins::PresetsParam;
     params.setFloat(presets + P::PreserveSmallDetail, 50);
     params.setFloat(presets + P::SharpenAmount, 50);

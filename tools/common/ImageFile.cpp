@@ -65,8 +65,8 @@ FileImage readImageFile(const std::string& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) unreadable(path, "no such file");
     // Colour as the file stores it: a reader would otherwise multiply straight colour by alpha, and the
-    // writer divide it again, which changes the values of every translucent pixel. The spec keeps the
-    // reader's "oiio:UnassociatedAlpha", which tells the writer the same.
+    // writer divide it again, which changes the values of every translucent pixel. The image's
+    // OIIO::ImageSpec keeps the reader's "oiio:UnassociatedAlpha", which tells the writer the same.
     OIIO::ImageSpec config;
     config.attribute("oiio:UnassociatedAlpha", 1);
     auto reader = OIIO::ImageInput::open(path, &config);
