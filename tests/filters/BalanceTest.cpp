@@ -7,6 +7,7 @@
 #include "host/standalone/Host.h"
 #include "plugins/BalancePlugin.h"
 #include "plugins/BalanceRGBPlugin.h"
+#include "plugins/BrightnessContrastPlugin.h"
 #include "tests/support/BareHost.h"
 #include "tests/support/PixelRows.h"
 
@@ -172,10 +173,70 @@ TEST(Balance, TwoPlainBalancesFoldIntoOne) {
     EXPECT_NEAR(pixelsOf(out)[0][0], 0.8, 1e-6);
     EXPECT_NEAR(pixelsOf(out)[0][1], 0.6, 1e-6);
 
-    // A balance with a gamma is another kind of node and never folds.
+    // A balance with a gamma is another kind of node and never folds, and a brightness map, whose own
+    // fields would not see the fold, takes no balance in.
     Image::BalanceFilter<StandaloneHost> gamma(layer, 0, 1, 0, 1, 2, false);
     Image::BalanceFilter<StandaloneHost> after(gamma, 0, 0.5f, 0, 1, 1, false);
     EXPECT_EQ(after.mergeWith(gamma), Image::MergeResult::No);
+    Image::BalanceFilter<StandaloneHost> plain(layer, 0, 1, 0.2f, 0.6f, 1, false);
+    Image::BrightnessContrastFilter<StandaloneHost> brighter(plain, 0.5f, 0, true);
+    EXPECT_EQ(brighter.mergeWith(plain), Image::MergeResult::No);
+}
+
+// Large integer frames are mapped through a table of every level's result; small ones pixel by pixel.
+// The two must give the same bits.
+TEST(Balance, LargeFramesMapAsSmallOnesDo) {
+    const Settings settings{5, 95, 10, 90, 1.8, true};
+    for (const PixelFormat format : {fourCC("argb"), fourCC("Bgra")}) {
+        const double white = whiteOf(format);
+        std::vector<Pixel> large(600 * 500);
+        for (std::size_t i = 0; i < large.size(); ++i)
+            large[i] = {std::fmod(i * 7.0, white + 1), std::fmod(i * 13.0, white + 1),
+                        std::fmod(i * 0.5, white + 1), std::fmod(i * 3.0, white + 1)};
+        const std::vector<Pixel> small(large.begin(), large.begin() + 500);
+        const auto largeOut = render(settings, large, format);
+        EXPECT_EQ(std::vector<Pixel>(largeOut.begin(), largeOut.begin() + 500),
+                  render(settings, small, format));
+    }
+}
+
+// Brightness b lifts by b * 100 / 255; contrast c narrows the output range (c < 0) or the input range.
+TEST(BrightnessContrast, MapsOnlyWhenClamped) {
+    const auto render = [](double brightness, double contrast, bool clamp, const std::vector<Pixel>& pixels,
+                           PixelFormat format) {
+        BrightnessContrastPlugin<StandaloneHost> effect;
+        Param::Parameters params;
+        effect.defineParameters(params);
+        params.setFloat(0, brightness);
+        params.setFloat(1, contrast);
+        params.setBool(clamp, 2);
+        ImageBuffer in = imageOf(pixels, format);
+        ImageBuffer out;
+        out.allocate(in.rect, format);
+        EXPECT_EQ(effect.render(params, in, out), 0);
+        return pixelsOf(out);
+    };
+    const std::vector<Pixel> floats(9, Pixel{1.5, -0.25, 0.5, 0.25});
+    // Unclamped, any setting gives back the input.
+    EXPECT_EQ(render(60, -40, false, floats, fourCC("ae32")), floats);
+    // Both sliders at 0: limits floats to 0..1 and nothing else.
+    EXPECT_EQ(render(0, 0, true, floats, fourCC("ae32")), std::vector<Pixel>(9, Pixel{1, 0, 0.5, 0.25}));
+    // Contrast -100: scale 0, a flat grey of 0.5 + b.
+    const float b = 20.0f / 255.0f;
+    for (const Pixel& p : render(20, -100, true, floats, fourCC("ae32")))
+        EXPECT_THAT(p, testing::ElementsAre(0.5f + b, 0.5f + b, 0.5f + b, 0.25));
+    // Contrast 100: scale 255 about the middle less b / 255; at 8 bits from black at 127 to white at 129.
+    const float thresholdOffset = (b - 255 * 0.5f) * 255;
+    EXPECT_EQ(render(20, 100, true, {{127, 128, 129, 7}}, fourCC("argb"))[0],
+              (Pixel{0, std::nearbyint(128 * 255.0f + thresholdOffset), 255, 7}));
+    // Contrast 50 and brightness 10: from 0.25..0.75 onto b..1 + b, worked out at 8 and 16 bits.
+    const float b10 = 10.0f / 255.0f;
+    const float scale = (b10 + 1 - b10) / 0.5f, offset = b10 - scale * 0.25f;
+    EXPECT_EQ(render(10, 50, true, {{0, 128, 255, 9}}, fourCC("bgra"))[0],
+              (Pixel{0, std::nearbyint(128 * scale + offset * 255), 255, 9}));
+    EXPECT_EQ(render(10, 50, true, {{16384, 20000, 32768, 9}}, fourCC("ae16"))[0],
+              (Pixel{std::nearbyint(16384 * scale + offset * 32768),
+                     std::nearbyint(20000 * scale + offset * 32768), 32768, 9}));
 }
 
 TEST(BalanceRGB, MasterMapThenChannelMap) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <typeinfo>
 
 #include "image/filters/tone/BalanceKernel.h"
 #include "image/graph/Filter.h"
@@ -43,9 +44,13 @@ public:
     int tileFlags() const override { return 3; }
 
     // A plain balance before this one folds into it: this node then maps its own from ends through both.
+    // Only between plain balances: the filters built on this one make their map from other fields, which
+    // a fold would not reach, and one of them answers to the name "balance" too.
     MergeResult mergeWith(Node& input) override {
         // An input that others read too must stay as it is.
-        if (std::strcmp(input.name(), "balance") != 0 || input.consumers.size() != 1) return MergeResult::No;
+        if (typeid(*this) != typeid(BalanceFilter) || typeid(input) != typeid(BalanceFilter) ||
+            std::strcmp(input.name(), "balance") != 0 || input.consumers.size() != 1)
+            return MergeResult::No;
         const auto& before = static_cast<const BalanceFilter&>(input);
         float so, oo, st, ot;
         rangeScale(before.fromLow, before.fromHigh, before.toLow, before.toHigh, so, oo);
