@@ -35,8 +35,11 @@ std::vector<std::string> entryNames() {
 }
 
 bool isPixelIndependent(const std::string& entry) {
-    return entry == "BalanceEntry" || entry == "BalanceRGBEntry" || entry == "BlendEntry" ||
-           entry == "CIECCEntry";
+    static const std::set<std::string> independent = {
+        "BalanceEntry", "BalanceRGBEntry",      "BlendEntry",    "BrightnessContrastEntry",
+        "CIECCEntry",   "ColorCorrectionEntry", "GradientEntry", "RampEntry",
+        "TintEntry"};
+    return independent.contains(entry);
 }
 
 // The formats in registration order, as their four letters lie in memory.
