@@ -66,10 +66,10 @@ struct BalancePixels {
     float upper;
 };
 
-// At the integer depths a component's result depends on its level alone. A band of many pixels looks
-// each component up in a table of every level's result, which the vector kernel itself makes from pixels
-// of every level: the same bits as computing each pixel, without a power per component, and the 8-bit
-// pixels are never widened to float.
+// At the integer depths a component's result depends on its level alone. With a gamma, a band of many
+// pixels looks each component up in a table of every level's result, which the vector kernel itself
+// makes from pixels of every level: the same bits as computing each pixel, without a power per
+// component. Without a gamma the vector kernel costs less than the lookups.
 template <class Layout>
 class LevelTable {
 public:
@@ -116,7 +116,7 @@ void balanceBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect&
             const BalancePixels<Layout, lanes, WithGamma> pixels(settings);
             const auto out = ImageView<T>::of(output);
             const std::array in{ImageView<T>::of(input)};
-            if constexpr (!std::is_floating_point_v<T>) {
+            if constexpr (WithGamma && !std::is_floating_point_v<T>) {
                 if (band.width() * int64_t{band.height()} >= LevelTable<Layout>::kWorthwhileFrom) {
                     const LevelTable<Layout> table(pixels, lanes);
                     forEachPixelBlock<lanes>(
