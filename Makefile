@@ -55,10 +55,11 @@ build-run:
 	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DTW_BUILD_TESTS=OFF -DTW_BUILD_BENCHMARKS=OFF
 	cmake --build $(BUILD_DIR) -j$(JOBS) --target twfx
 
-# AddressSanitizer and UndefinedBehaviorSanitizer, lightly optimised so the suite stays quick.
+# AddressSanitizer and UndefinedBehaviorSanitizer, lightly optimised so the suite stays quick, with one
+# kernel variant per vector width: the variants of one width read and write the same memory.
 build-sanitize: deps
 	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" \
-	  -DTW_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF
+	  -DTW_SANITIZE=ON -DTW_BUILD_BENCHMARKS=OFF -DTW_ONE_KERNEL_VARIANT_PER_WIDTH=ON
 	cmake --build $(SANITIZE_DIR) -j$(JOBS)
 
 # ThreadSanitizer, for the one test of many frames rendered at once through the plug-in bundle: only what

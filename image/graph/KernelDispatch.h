@@ -103,12 +103,16 @@ template <class Layout, class Body>
 }
 
 // Calls body(Layout{}, Isa tag) with the widest variant that `features` allows. A build for checking
-// the hosts and the graph rather than the kernels (TW_BASELINE_KERNELS_ONLY) compiles the baseline alone.
+// the hosts and the graph rather than the kernels (TW_BASELINE_KERNELS_ONLY) compiles the baseline alone;
+// one for checking memory (TW_ONE_KERNEL_VARIANT_PER_WIDTH) leaves out SSE4.1, whose vectors have the
+// baseline's width.
 template <class Layout, class Body>
 void runVariant(CpuFeatures features, Body& body) {
 #if (defined(__x86_64__) || defined(__i386__)) && !defined(TW_BASELINE_KERNELS_ONLY)
     if (features & CpuFeature::kAvx2) return runAvx2<Layout>(body);
+#if !defined(TW_ONE_KERNEL_VARIANT_PER_WIDTH)
     if (features & CpuFeature::kSse41) return runSse41<Layout>(body);
+#endif
 #endif
     (void)features;
     runBaseline<Layout>(body);
