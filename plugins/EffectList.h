@@ -10,6 +10,7 @@
 #include "plugins/BlendPlugin.h"
 #include "plugins/BlurPlugin.h"
 #include "plugins/CIECCPlugin.h"
+#include "plugins/ColorPresetsPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
@@ -17,16 +18,17 @@
 
 // Every effect: its exported entry name and its plug-in class template over the host. The build reads
 // the entry names from the lines below, one per line.
-#define TW_FOR_EACH_EFFECT(EFFECT)            \
-    EFFECT(BalanceEntry, BalancePlugin)       \
-    EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
-    EFFECT(BlendEntry, BlendPlugin)           \
-    EFFECT(BlurEntry, BlurPlugin)             \
-    EFFECT(CIECCEntry, CIE_CC_Plugin)         \
-    EFFECT(MaxEntry, MaxPlugin)               \
-    EFFECT(MinEntry, MinPlugin)               \
-    EFFECT(PresetsEntry, PresetsPlugin)       \
-    EFFECT(SharpenEntry, SharpenPlugin)       \
+#define TW_FOR_EACH_EFFECT(EFFECT)                \
+    EFFECT(BalanceEntry, BalancePlugin)           \
+    EFFECT(BalanceRGBEntry, BalanceRGBPlugin)     \
+    EFFECT(BlendEntry, BlendPlugin)               \
+    EFFECT(BlurEntry, BlurPlugin)                 \
+    EFFECT(CIECCEntry, CIE_CC_Plugin)             \
+    EFFECT(ColorPresetsEntry, ColorPresetsPlugin) \
+    EFFECT(MaxEntry, MaxPlugin)                   \
+    EFFECT(MinEntry, MinPlugin)                   \
+    EFFECT(PresetsEntry, PresetsPlugin)           \
+    EFFECT(SharpenEntry, SharpenPlugin)           \
     EFFECT(SmoothingEntry, SmoothingPlugin)
 
 namespace Tw::Plugins {

@@ -24,7 +24,7 @@ struct EffectEntry {
     std::span<const char* const> busySettings;
     std::span<const char* const> neutralSettings;
     // How many of its layer parameters, in list order, a host of frame mixers (frei0r) fills from its
-    // further inputs: at most 2. See mixerLayersOf.
+    // further inputs: 0 to 2. See mixerLayersOf.
     int mixerLayers = 2;
 
     // The entry name without its "Entry": how the command line and file names know an effect.
@@ -36,7 +36,8 @@ struct EffectEntry {
 
 // An effect's `mixerLayers`, or 2 when it declares none: every layer parameter that a three-input mixer
 // can fill. An effect whose further layers past the first are seldom used declares 1, so that it is a
-// two-input mixer, the only kind that MLT (and so Kdenlive and Shotcut) loads.
+// two-input mixer, the only kind that MLT (and so Kdenlive and Shotcut) loads. One that uses none of the
+// layers a mixer could fill declares 0 and stays a filter.
 template <class Plugin>
 constexpr int mixerLayersOf() {
     if constexpr (requires { Plugin::mixerLayers; }) {

@@ -73,11 +73,15 @@ PluginDescription::PluginDescription(const EffectEntry& entry, std::span<const E
     }
     if (entry.inputs == Plugins::EffectInputs::Generator) {
         pluginType_ = F0R_PLUGIN_TYPE_SOURCE;
-    } else if (!layers.empty()) {
+    } else {
         layerInputs_ = std::min<int>(static_cast<int>(layers.size()), entry.mixerLayers);
+    }
+    if (layerInputs_ > 0) {
         pluginType_ = layerInputs_ == 1 ? F0R_PLUGIN_TYPE_MIXER2 : F0R_PLUGIN_TYPE_MIXER3;
         explanation_ += "; input 2 is its \"" + layers[0] + "\"";
         if (layerInputs_ == 2) explanation_ += ", input 3 its \"" + layers[1] + "\"";
+    } else if (!layers.empty()) {
+        explanation_ += "; its layer parameters stay without a layer";
     }
 }
 

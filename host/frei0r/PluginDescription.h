@@ -4,7 +4,8 @@
 // The type follows the effect's inputs: a generator is a source, an effect over one layer a filter, and
 // an effect with layer parameters a mixer whose second input is its first layer parameter and whose
 // third input, for a mixer3, its second. frei0r has no mixer of more inputs, and an effect may ask for
-// fewer (EffectEntry::mixerLayers); further layer parameters stay without a layer.
+// fewer (EffectEntry::mixerLayers), or for none, which keeps it a filter; further layer parameters stay
+// without a layer.
 #pragma once
 
 #include <span>
