@@ -35,7 +35,7 @@ ComponentOrder orderOf(const HostSettings& settings) {
 // the bundle's, `referenceLayer` in the standalone one's.
 void setTestLayer(const Effect& effect, Settings settings, SimulatedHost& host, const Frame& layer,
                   StandaloneRender& reference, const Frame& referenceLayer) {
-    const auto taker = Test::firstReadLayer(effect, settings);
+    const auto taker = ::Tw::Test::firstReadLayer(effect, settings);
     if (!taker) return;
     host.setLayer(taker->key, layer);
     reference.layers.resize(static_cast<std::size_t>(taker->ordinal));

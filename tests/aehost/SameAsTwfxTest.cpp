@@ -56,7 +56,7 @@ TEST_F(SameAsTwfx, EveryEffectOfTheBundleOnThePortrait) {
             arguments.push_back("--set");
             arguments.push_back(setting);
         }
-        if (const auto taker = Test::firstReadLayer(effect, effect.busySettings)) {
+        if (const auto taker = ::Tw::Test::firstReadLayer(effect, effect.busySettings)) {
             arguments.push_back("--layer");
             arguments.push_back(taker->key + "=" + layer);
         }
