@@ -11,6 +11,7 @@
 #include "plugins/BlurPlugin.h"
 #include "plugins/BrightnessContrastPlugin.h"
 #include "plugins/CIECCPlugin.h"
+#include "plugins/ColorPresetsPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
@@ -25,6 +26,7 @@
     EFFECT(BlurEntry, BlurPlugin)                             \
     EFFECT(BrightnessContrastEntry, BrightnessContrastPlugin) \
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
+    EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \

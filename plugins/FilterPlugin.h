@@ -16,6 +16,7 @@
 #include "host/param/Parameters.h"
 #include "image/graph/Filter.h"
 #include "image/graph/LayerRequest.h"
+#include "image/graph/NodeWalker.h"
 #include "image/graph/Scheduler.h"
 
 namespace Tw::Plugins {
@@ -85,15 +86,20 @@ public:
     }
 
     // The region of the effect's own layer needed for `request`, with one request per further layer that
-    // the chain reads, appended to `requests`. The layers are taken to extend to `limit`.
+    // the chain reads, appended to `requests`. The layers are taken to extend to `limit`. A layer the
+    // chain leaves out gets no request, so that a host checks out only the layers a render uses.
     Image::PixelRect inputRect(Param::Parameters& params, const Image::PixelRect& request,
                                const Image::PixelRect& limit,
                                std::vector<Image::LayerRequest>& requests) override {
         Image::FilterLayer<Host> source(nullptr, limit);
         LayerSources sources(layerCount(params), limit);
         FilterChain<Host> chain(*this, source, sources.nodes);
-        Image::requestRegion(Filters::makeFilters(chain, params), request);
+        Image::FilterBase<Host>& result = Filters::makeFilters(chain, params);
+        Image::requestRegion(result, request);
+        std::vector<const Image::FilterBase<Host>*> read;
+        Image::forEachNode(&result, [&](const Image::FilterBase<Host>& node) { read.push_back(&node); });
         for (std::size_t i = 0; i < sources.nodes.size(); ++i) {
+            if (std::find(read.begin(), read.end(), sources.nodes[i]) == read.end()) continue;
             requests.push_back({static_cast<int>(i) + 1, sources.nodes[i]->outputRect, 0});
         }
         return source.outputRect;

@@ -37,14 +37,17 @@ PF_Err Host::smartPreRender() {
     PixelRect mainRect = inputRect(*list, requested, kUnlimitedLayer, requests);
     layerRequests(*list, requests);
     if (!usesInputRectForMain()) mainRect = kUnlimitedLayer;
+    // A chain that reads none of its own layer, passing on a further one, still renders a frame of its own
+    // layer's extent: the part asked for is checked out all the same, since the host sizes the result by it.
+    if (mainRect.isEmpty()) mainRect = requested;
 
     const auto checkOut = [&](PF_ParamIndex index, A_long identifier, const PixelRect& rect, A_long time,
                               PF_CheckoutResult& result) {
         PF_RenderRequest layerRequest = request;
         layerRequest.rect = toHostRect(rect);
         result = PF_CheckoutResult{};
-        return preRender.cb->checkout_layer(in.effect_ref, index, identifier, &layerRequest, time, in.time_step,
-                                            in.time_scale, &result);
+        return preRender.cb->checkout_layer(in.effect_ref, index, identifier, &layerRequest, time,
+                                            in.time_step, in.time_scale, &result);
     };
 
     PF_CheckoutResult main;
@@ -61,17 +64,19 @@ PF_Err Host::smartPreRender() {
         if (checkouts.size() <= i + 1) {
             // A layer of another size is centred on the effect's own: its whole extent tells how.
             PF_CheckoutResult whole;
-            if (const PF_Err error = checkOut(index, 1000 + identifier, kUnlimitedLayer, time, whole)) return error;
+            if (const PF_Err error = checkOut(index, 1000 + identifier, kUnlimitedLayer, time, whole))
+                return error;
             const PixelRect extent = toPixelRect(whole.max_result_rect);
             const int32_t dx = mainExtent.width() / 2 - extent.width() / 2;
             const int32_t dy = mainExtent.height() / 2 - extent.height() / 2;
             const PixelRect placed = extent.translated(dx, dy);
-            checkouts.push_back({placed.left, placed.top, placed.right, placed.bottom, dx, dy, layer.timeOffset});
+            checkouts.push_back(
+                {placed.left, placed.top, placed.right, placed.bottom, dx, dy, layer.timeOffset});
         }
         const CheckoutRecord& entry = checkouts[i + 1];
         PF_CheckoutResult result;
-        if (const PF_Err error =
-                checkOut(index, identifier, layer.rect.translated(-entry.originX, -entry.originY), time, result))
+        if (const PF_Err error = checkOut(
+                index, identifier, layer.rect.translated(-entry.originX, -entry.originY), time, result))
             return error;
     }
 

@@ -65,9 +65,12 @@ public:
         return this->deviceAvailable(device) && deviceCopy ? 1 : 0;
     }
     ImageBuffer* sourceImage() const override { return image; }
-    // Reached only when the layer was handed a buffer of its own to fill.
+    // Reached only when the layer was handed a buffer of its own to fill. Where the layer doesn't reach,
+    // as for a further layer smaller than the frame, the buffer is transparent black, as outside any input.
     void compute(Host& /*host*/, ImageBuffer& output, ImageBuffer* const* /*inputs*/) override {
-        if (image && output.pixels() != image->pixels()) output.copyFrom(*image);
+        if (!image || output.pixels() == image->pixels()) return;
+        output.clearOutside(output.rect, image->hasStorage() ? image->rect : PixelRect::empty());
+        output.copyFrom(*image);
     }
 
     ImageBuffer* image;

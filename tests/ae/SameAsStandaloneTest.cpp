@@ -15,6 +15,7 @@
 #include "tests/ae/BuiltBundle.h"
 #include "tests/ae/StandaloneReference.h"
 #include "tests/ae/TestFrames.h"
+#include "tests/support/TestLayer.h"
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
@@ -30,21 +31,22 @@ ComponentOrder orderOf(const HostSettings& settings) {
     return settings.application == Application::PremierePro ? ComponentOrder::Bgra : ComponentOrder::Argb;
 }
 
-// The label of the effect's first layer parameter, as the host received it.
-std::string layerLabel(const SimulatedHost& host) {
-    Param::Parameters list;
-    host.describeParameters(list);
-    for (const Param::ParamRecord& record : list.records)
-        if (record.kind == Param::ParamKind::Layer) return record.label;
-    ADD_FAILURE() << "an effect that takes layers has no layer parameter";
-    return {};
+// Gives the first layer parameter that the effect reads at `settings` a layer in both hosts: `layer` in
+// the bundle's, `referenceLayer` in the standalone one's.
+void setTestLayer(const Effect& effect, Settings settings, SimulatedHost& host, const Frame& layer,
+                  StandaloneRender& reference, const Frame& referenceLayer) {
+    const auto taker = ::Tw::Test::firstReadLayer(effect, settings);
+    if (!taker) return;
+    host.setLayer(taker->key, layer);
+    reference.layers.resize(static_cast<std::size_t>(taker->ordinal));
+    reference.layers.back() = PlacedLayer{referenceLayer, 0, 0};
 }
 
 enum class Command { SmartRender, PlainRender };
 
 // One effect on one frame through both hosts: the bundle's render and the standalone host's. An effect
-// that takes layers gets `layer` on its first layer parameter, which the standalone host places at the
-// input's top left (the two are the same size).
+// that takes layers gets `layer` on the first layer parameter it reads, which the standalone host places
+// at the input's top left (the two are the same size).
 struct Comparison {
     Frame bundle;
     Frame standalone;
@@ -58,10 +60,7 @@ Comparison renderBoth(const Effect& effect, Settings settings, const HostSetting
     host.setInput(input);
     applySettings(host, settings);
     StandaloneRender reference{effect.entryName, input, settings};
-    if (effect.inputs == Plugins::EffectInputs::Layers) {
-        host.setLayer(layerLabel(host), layer);
-        reference.layers.push_back(PlacedLayer{layer, 0, 0});
-    }
+    setTestLayer(effect, settings, host, layer, reference, layer);
     reference.downsampleX = static_cast<double>(hostSettings.downsampleX.num) / hostSettings.downsampleX.den;
     reference.downsampleY = static_cast<double>(hostSettings.downsampleY.num) / hostSettings.downsampleY.den;
     const RenderOutcome outcome = command == Command::SmartRender ? host.renderSmart() : host.render();
@@ -149,10 +148,7 @@ TEST(SameAsStandalone, WorldsWithNegativeRowBytesRenderTheFlippedPicture) {
             host.setInput(input);
             applySettings(host, effect.busySettings);
             StandaloneRender flipped{effect.entryName, input.flippedVertically(), effect.busySettings};
-            if (effect.inputs == Plugins::EffectInputs::Layers) {
-                host.setLayer(layerLabel(host), layer);
-                flipped.layers.push_back(PlacedLayer{layer.flippedVertically(), 0, 0});
-            }
+            setTestLayer(effect, effect.busySettings, host, layer, flipped, layer.flippedVertically());
             const RenderOutcome outcome = host.renderSmart();
             ASSERT_EQ(outcome.error, PF_Err_NONE);
             const Frame expected = renderStandalone(flipped).flippedVertically();

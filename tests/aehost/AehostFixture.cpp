@@ -1,5 +1,7 @@
 #include "tests/aehost/AehostFixture.h"
 
+#include <unistd.h>
+
 #include <sstream>
 
 #include "tools/aehost/Aehost.h"
@@ -9,7 +11,7 @@ namespace Tw::Tools::AeHost {
 void AehostFixture::SetUp() {
     const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
     directory_ = std::filesystem::temp_directory_path() /
-                 ("aehost-" + std::string(test->test_suite_name()) + "-" + test->name());
+                 ("aehost-" + std::to_string(getpid()) + "-" + test->test_suite_name() + "-" + test->name());
     std::filesystem::remove_all(directory_);
     std::filesystem::create_directories(directory_);
 }

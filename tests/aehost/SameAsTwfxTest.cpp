@@ -3,6 +3,7 @@
 // Both programs run as a user runs them, as processes.
 #include <gtest/gtest.h>
 
+#include <OpenImageIO/imagebufalgo.h>
 #include <OpenImageIO/imageio.h>
 
 #include <cstdlib>
@@ -12,11 +13,11 @@
 #include "host/standalone/Host.h"
 #include "plugins/EffectRegistry.h"
 #include "tests/aehost/AehostFixture.h"
+#include "tests/support/TestLayer.h"
 
 namespace Tw::Tools::AeHost {
 namespace {
 
-namespace Param = ::Tw::Host::Param;
 using Effect = Plugins::EffectEntry<Host::Standalone::Host>;
 
 std::string quoted(const std::string& argument) {
@@ -42,18 +43,12 @@ std::vector<unsigned char> pixelsOf(const std::string& path, OIIO::ImageSpec& sp
     return pixels;
 }
 
-// The label of the effect's first layer parameter.
-std::string layerLabel(const Effect& effect) {
-    Param::Parameters params;
-    effect.create()->defineParameters(params);
-    for (const Param::ParamRecord& record : params.records)
-        if (record.kind == Param::ParamKind::Layer) return record.label;
-    return {};
-}
-
 class SameAsTwfx : public AehostFixture {};
 
 TEST_F(SameAsTwfx, EveryEffectOfTheBundleOnThePortrait) {
+    // A further layer unlike the input, so that an effect that passes a layer on shows it.
+    const std::string layer = file("upside-down.png");
+    ASSERT_TRUE(OIIO::ImageBufAlgo::flip(OIIO::ImageBuf(kPortrait)).write(layer));
     for (const Effect& effect : Plugins::effectRegistry<Host::Standalone::Host>()) {
         SCOPED_TRACE(effect.entryName);
         std::vector<std::string> arguments = {"-i", kPortrait};
@@ -61,9 +56,9 @@ TEST_F(SameAsTwfx, EveryEffectOfTheBundleOnThePortrait) {
             arguments.push_back("--set");
             arguments.push_back(setting);
         }
-        if (effect.inputs == Plugins::EffectInputs::Layers) {
+        if (const auto taker = ::Tw::Test::firstReadLayer(effect, effect.busySettings)) {
             arguments.push_back("--layer");
-            arguments.push_back(layerLabel(effect) + "=" + kPortrait);
+            arguments.push_back(taker->key + "=" + layer);
         }
         std::vector<std::string> aehost = {TW_AEHOST_PATH,   "render", kBundle,
                                            effect.entryName, "-o",     file("ae.png")};

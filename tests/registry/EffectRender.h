@@ -1,11 +1,9 @@
-// One render of an effect of the registry, set up as a user would: a test frame, a second frame on its
-// further layer where it has one, and the settings it declares for the tests typed in as a user types
-// them. The registry suite and the digests that compare architectures both render this way.
+// One render of an effect of the registry, set up as a user would: a test frame, a second frame on the
+// first further layer it reads where it has one, and the settings it declares for the tests typed in as a
+// user types them. The registry suite and the digests that compare architectures both render this way.
 #pragma once
 
 #include <memory>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -13,8 +11,7 @@
 #include "image/graph/LayerRequest.h"
 #include "plugins/EffectRegistry.h"
 #include "tests/support/PatternImage.h"
-#include "tools/common/ParameterLabels.h"
-#include "tools/common/ParameterValues.h"
+#include "tests/support/TestLayer.h"
 
 namespace Tw::Test {
 
@@ -48,18 +45,13 @@ public:
         const auto typed = settings == EffectSettings::Busy      ? effect.busySettings
                            : settings == EffectSettings::Neutral ? effect.neutralSettings
                                                                  : std::span<const char* const>{};
-        for (std::string_view setting : typed) {
-            const std::size_t equals = setting.find('=');
-            const int index = Tools::findParameter(params_, setting.substr(0, equals), effect.displayName);
-            std::ostringstream warnings;
-            Tools::setParameterFromText(params_, index, setting.substr(equals + 1), warnings);
-            // A declared setting outside its range is a mistake of the declaration, not a user's.
-            if (!warnings.str().empty()) throw std::invalid_argument(warnings.str());
-        }
+        applySettings(params_, typed, effect.displayName);
         // Neutral settings leave the further layers unset, as a user switching the effect off would.
-        if (effect.inputs == Plugins::EffectInputs::Layers && settings != EffectSettings::Neutral) {
+        if (settings == EffectSettings::Neutral) return;
+        if (const auto taker = firstReadLayer(*effect_, params_)) {
             layer_ = patternImage(kTestLayerFrame, format, 2);
-            layers_.push_back(&layer_);
+            layers_.assign(static_cast<std::size_t>(taker->ordinal), nullptr);
+            layers_.back() = &layer_;
         }
     }
 

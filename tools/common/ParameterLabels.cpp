@@ -31,14 +31,6 @@ bool endsWithGroups(const std::vector<std::string>& groups, std::span<const std:
                       [](std::string_view a, const std::string& b) { return equalsIgnoringCase(a, b); });
 }
 
-// "Outer/Inner/Label": every group around record `index`, and its label.
-std::string pathOf(const Param::Parameters& params, int index) {
-    std::string path;
-    for (const std::string& group : Param::groupsOf(params.records, index))
-        path += group + "/";
-    return path + params.records[index].label;
-}
-
 }  // namespace
 
 bool isValueRecord(const Param::ParamRecord& record) {
@@ -51,6 +43,13 @@ bool isValueRecord(const Param::ParamRecord& record) {
         default:
             return true;
     }
+}
+
+std::string parameterKey(const Param::Parameters& params, int index) {
+    std::string path;
+    for (const std::string& group : Param::groupsOf(params.records, index))
+        path += group + "/";
+    return path + params.records[index].label;
 }
 
 int findParameter(const Param::Parameters& params, std::string_view key, std::string_view effectName) {
@@ -82,7 +81,7 @@ int findParameter(const Param::Parameters& params, std::string_view key, std::st
     }
     std::vector<std::string> choices;
     for (const int i : matches)
-        choices.push_back(pathOf(params, i));
+        choices.push_back(parameterKey(params, i));
     throw ToolError(ExitCode::UnknownName, quoted + " names " + std::to_string(matches.size()) +
                                                " parameters of " + effect + "; write one as " +
                                                joinedWithCommas(choices));

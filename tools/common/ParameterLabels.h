@@ -18,6 +18,10 @@ namespace Param = ::Tw::Host::Param;
 // the group starts and ends that only arrange the others.
 bool isValueRecord(const Param::ParamRecord& record);
 
+// "Outer/Inner/Label": every group around record `index`, and its label; a key that names the record
+// whatever other labels the effect has.
+std::string parameterKey(const Param::Parameters& params, int index);
+
 // The list index of the value record that `key` names. Throws ToolError with ExitCode::UnknownName when
 // none does, or when several do and the key doesn't tell them apart; `effectName` goes into the message.
 int findParameter(const Param::Parameters& params, std::string_view key, std::string_view effectName);
