@@ -44,13 +44,7 @@ public:
     using FilterPlugin<Host, AutoBalancePluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
-        const auto percent = [](const char* label, double defaultPercent) {
-            return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
-        };
-        list.records.push_back(percent("From Low", 10));
-        list.records.push_back(percent("From High", 90));
-        list.records.push_back(percent("To Low", 10));
-        list.records.push_back(percent("To High", 90));
+        addRangeSliders(list, {10, 90, 10, 90});
         list.records.push_back(Param::ParamRecord::checkbox("Clamp", false));
     }
 };

@@ -113,6 +113,26 @@ TEST(SmartPreRender, EachEffectChecksOutWhatItNeedsOfItsInput) {
     }
 }
 
+// Auto-Balance measures the whole layer whatever part of the frame is asked for, so that a part is that
+// part of the whole frame's render.
+TEST(SmartPreRender, AutoBalanceChecksOutTheWholeLayerForAnyPart) {
+    for (const PF_LRect request : {PF_LRect{10, 8, 11, 9}, PF_LRect{40, 30, 80, 60}}) {
+        SCOPED_TRACE(::testing::Message() << "asked for " << request);
+        const auto host = preparedHost("AutoBalanceEntry");
+        const PreRenderOutcome pre = host->smartPreRender(request);
+        ASSERT_EQ(pre.error, PF_Err_NONE);
+        ASSERT_EQ(pre.checkouts.size(), 1u);
+        EXPECT_TRUE(contains(pre.checkouts[0].request, kWhole)) << pre.checkouts[0].request;
+        EXPECT_EQ(pre.resultRect, intersection(request, kWhole));
+        const RenderOutcome part = host->renderSmart(request);
+        const RenderOutcome whole = host->renderSmart(kWhole);
+        ASSERT_EQ(part.error, PF_Err_NONE);
+        ASSERT_EQ(whole.error, PF_Err_NONE);
+        EXPECT_TRUE(part.output == crop(whole.output, pre.resultRect));
+        EXPECT_THAT(host->faults(), IsEmpty());
+    }
+}
+
 TEST(SmartRender, APartOfTheFrameIsThatPartOfTheWholeRender) {
     for (const int depth : {8, 32}) {
         for (const char* entry : {"BalanceEntry", "BlurEntry", "MaxEntry", "SmoothingEntry"}) {
