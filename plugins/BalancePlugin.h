@@ -12,15 +12,17 @@ namespace Tw::Plugins {
 
 namespace Param = ::Tw::Host::Param;
 
-// The four range sliders that open the lists of Balance and Balance RGB, in percent.
-inline void addRangeSliders(Param::Parameters& list) {
+// The four range sliders that open the lists of Balance, Balance RGB and Auto-Balance, in percent, with
+// their defaults in that order.
+inline void addRangeSliders(Param::Parameters& list,
+                            const std::array<double, 4>& defaults = {0, 100, 0, 100}) {
     const auto percent = [](const char* label, double defaultPercent) {
         return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
     };
-    list.records.push_back(percent("From Low", 0));
-    list.records.push_back(percent("From High", 100));
-    list.records.push_back(percent("To Low", 0));
-    list.records.push_back(percent("To High", 100));
+    list.records.push_back(percent("From Low", defaults[0]));
+    list.records.push_back(percent("From High", defaults[1]));
+    list.records.push_back(percent("To Low", defaults[2]));
+    list.records.push_back(percent("To High", defaults[3]));
 }
 inline Param::ParamRecord gammaSlider() {
     return Param::ParamRecord::floatSlider("Gamma", 1, 0, 5);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <tuple>
 
+#include "plugins/AutoBalancePlugin.h"
 #include "plugins/BalancePlugin.h"
 #include "plugins/BalanceRGBPlugin.h"
 #include "plugins/BlendPlugin.h"
@@ -20,6 +21,7 @@
 // Every effect: its exported entry name and its plug-in class template over the host. The build reads
 // the entry names from the lines below, one per line.
 #define TW_FOR_EACH_EFFECT(EFFECT)                            \
+    EFFECT(AutoBalanceEntry, AutoBalancePlugin)               \
     EFFECT(BalanceEntry, BalancePlugin)                       \
     EFFECT(BalanceRGBEntry, BalanceRGBPlugin)                 \
     EFFECT(BlendEntry, BlendPlugin)                           \

@@ -113,6 +113,20 @@ TEST(SmartPreRender, EachEffectChecksOutWhatItNeedsOfItsInput) {
     }
 }
 
+// Auto-Balance measures the whole layer, whatever part of the frame is asked for.
+TEST(SmartPreRender, AutoBalanceChecksOutTheWholeLayerForAnyPart) {
+    for (const PF_LRect request : {PF_LRect{10, 8, 11, 9}, PF_LRect{40, 30, 80, 60}}) {
+        SCOPED_TRACE(::testing::Message() << "asked for " << request);
+        const auto host = preparedHost("AutoBalanceEntry");
+        const PreRenderOutcome pre = host->smartPreRender(request);
+        ASSERT_EQ(pre.error, PF_Err_NONE);
+        ASSERT_EQ(pre.checkouts.size(), 1u);
+        EXPECT_TRUE(contains(pre.checkouts[0].request, kWhole)) << pre.checkouts[0].request;
+        EXPECT_EQ(pre.resultRect, intersection(request, kWhole));
+        EXPECT_THAT(host->faults(), IsEmpty());
+    }
+}
+
 TEST(SmartRender, APartOfTheFrameIsThatPartOfTheWholeRender) {
     for (const int depth : {8, 32}) {
         for (const char* entry : {"BalanceEntry", "BlurEntry", "MaxEntry", "SmoothingEntry"}) {
