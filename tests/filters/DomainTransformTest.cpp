@@ -1,5 +1,4 @@
 // The domain transform blur against a plain scalar model of its recursion, and the node in the graph.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -176,8 +175,6 @@ struct Model {
 };
 
 struct Options {
-    CpuFeatures featureMask = ~0u;
-    uint32_t threads = 0;
     ImageBuffer* guide = nullptr;
     ImageBuffer* edges = nullptr;
     float edgeScale = 0;
@@ -187,8 +184,6 @@ struct Options {
 Pixels render(ImageBuffer& image, const DomainTransformParams& params, const PixelRect& request,
               const Options& options = {}) {
     BareHost host;
-    host.featureMask = options.featureMask;
-    host.threadCount = options.threads;
     Layer layer(&image);
     std::optional<Layer> guide, edges;
     Blur blur(layer, params, options.guide != nullptr);
@@ -367,38 +362,6 @@ TEST(DomainTransformGraph, NoReachOrNoIterationsPassesTheInputThrough) {
     EXPECT_EQ(Blur(layer, {0.0011f, 0, 0.1f, 1}, true).passThroughInput(), -1);
     EXPECT_TRUE(render(image, {0, 0, 0.1f, 3}, image.rect) == pixels);
     EXPECT_TRUE(render(image, {4, 4, 0.1f, 0}, image.rect) == pixels);
-}
-
-TEST(DomainTransformGraph, SplitPassesMakesThePlanesItsInputs) {
-    ImageBuffer image;
-    image.allocate({0, 0, 8, 8}, fourCC("argb"));
-    BareHost host;
-    const DomainTransformParams params{3, 6, 0.5f, 2};
-    for (const int extra : {0, 1, 2}) {
-        for (const bool guideIsInput1 : {true, false}) {
-            Layer input(&image), second(&image), third(&image);
-            Blur blur(input, params, guideIsInput1);
-            if (extra >= 1) blur.appendInput(second);
-            if (extra == 2) blur.appendInput(third);
-            blur.edgeScale = 0.25f;
-            blur.splitPasses(host);
-            SCOPED_TRACE(testing::Message() << extra << " " << guideIsInput1);
-            Layer& guide = extra == 2 || (extra == 1 && guideIsInput1) ? second : input;
-            Layer* edges = extra == 2 ? &third : extra == 1 && !guideIsInput1 ? &second : nullptr;
-            EXPECT_THAT(blur.dxNode.inputs, testing::ElementsAre(&guide));
-            EXPECT_THAT(blur.dyNode.inputs, testing::ElementsAre(&guide));
-            EXPECT_EQ(blur.dxNode.scale, 6.0f);
-            EXPECT_EQ(blur.dyNode.scale, 12.0f);
-            if (edges) {
-                EXPECT_THAT(blur.inputs, testing::ElementsAre(&input, &blur.addEdgesX, &blur.addEdgesY));
-                EXPECT_THAT(blur.addEdgesY.inputs, testing::ElementsAre(edges, &blur.dyNode));
-                EXPECT_EQ(blur.addEdgesX.scale, 0.25f);
-            } else {
-                EXPECT_THAT(blur.inputs, testing::ElementsAre(&input, &blur.dxNode, &blur.dyNode));
-            }
-            EXPECT_EQ(std::count(input.consumers.begin(), input.consumers.end(), &blur), 1);
-        }
-    }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // The minimum and maximum filter against a box window worked out pixel by pixel, at every depth and
 // component order; its graph operations; and its sameness across processor variants, thread counts and
 // requested regions.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -116,19 +115,11 @@ std::string firstDifference(const std::vector<double>& actual, const std::vector
     return "";
 }
 
-struct RenderSetup {
-    CpuFeatures featureMask = ~0u;
-    uint32_t threads = 0;
-};
-
 // One node of `Op` with radii (rx, ry) over `input`, rendered into `outRect` through the whole graph. The
 // output starts out as a pattern that no render gives, so that a pixel left unwritten shows.
 template <class Op>
-std::vector<double> render(const ImageBuffer& input, int rx, int ry, const PixelRect& outRect,
-                           RenderSetup setup = {}) {
+std::vector<double> render(const ImageBuffer& input, int rx, int ry, const PixelRect& outRect) {
     ::Tw::Test::BareHost host;
-    host.featureMask = setup.featureMask;
-    host.threadCount = setup.threads;
     FilterLayer<StandaloneHost> layer(const_cast<ImageBuffer*>(&input));
     MinMaxFilter<StandaloneHost, Op> node(layer, rx, ry);
     ImageBuffer out(&host);
@@ -235,21 +226,7 @@ TEST(MinMaxValues, FloatsBeyondZeroToOneAreKept) {
               (std::vector<double>{0.25, 0, -2, 0.5, 0.25, 0, -2, 0.5, 0.25, 0, -2, 0.5}));
 }
 
-// Sameness.
-
 // Graph operations.
-
-TEST(MinMaxNode, RegionsGrowByTheRadiiWithinTheInput) {
-    ImageBuffer frame;
-    frame.allocate({0, 0, 100, 50}, fourCC("argb"));
-    FilterLayer<StandaloneHost> layer(&frame);
-    const MaxFilter node(layer, 4, 2);
-    EXPECT_EQ(node.inputRect({10, 10, 20, 20}, 0), (PixelRect{6, 8, 24, 22}));
-    EXPECT_EQ(node.inputRect({0, 45, 98, 50}, 0), (PixelRect{0, 43, 100, 50}));
-    FilterLayer<StandaloneHost> endless(nullptr, PixelRect::infinite());
-    EXPECT_TRUE(MaxFilter(endless, 4, 2).inputRect(PixelRect::infinite(), 0).isInfinite());
-    EXPECT_EQ(MaxFilter(endless, 4, 2).inputRect({0, 0, 1, 1}, 0), (PixelRect{-4, -2, 5, 3}));
-}
 
 TEST(MinMaxNode, BoxesInSeriesFoldIntoOneWithSummedRadii) {
     FilterLayer<StandaloneHost> layer(nullptr, {0, 0, 10, 10});
@@ -272,33 +249,6 @@ TEST(MinMaxNode, BoxesInSeriesFoldIntoOneWithSummedRadii) {
     MaxFilter shared(layer, 2, 2);
     MaxFilter reader(shared, 1, 1), otherReader(shared, 3, 3);
     EXPECT_EQ(reader.mergeWith(shared), MergeResult::No);
-}
-
-TEST(MinMaxNode, SplitsIntoARowPassAndAColumnPassFromRadiusTwo) {
-    ::Tw::Test::BareHost host;
-    FilterLayer<StandaloneHost> layer(nullptr, {0, 0, 10, 10});
-    MaxFilter node(layer, 5, 3);
-    EXPECT_EQ(node.passCount(), 2);
-    node.splitPasses(host);
-    ASSERT_NE(node.firstPassNode, nullptr);
-    const auto& first = static_cast<const MaxFilter&>(*node.firstPassNode);
-    EXPECT_EQ(node.stage, MaxFilter::VerticalPass);
-    EXPECT_EQ(node.xRadius, 0);
-    EXPECT_EQ(node.yRadius, 3);
-    EXPECT_EQ(node.passCount(), 1);
-    EXPECT_THAT(node.inputs, testing::ElementsAre(&first));
-    EXPECT_EQ(first.stage, MaxFilter::HorizontalPass);
-    EXPECT_EQ(first.xRadius, 5);
-    EXPECT_EQ(first.yRadius, 0);
-    EXPECT_THAT(first.inputs, testing::ElementsAre(&layer));
-    EXPECT_THAT(layer.consumers, testing::ElementsAre(&first));
-
-    for (const auto& [rx, ry] : {std::pair{1, 5}, std::pair{5, 1}}) {
-        MaxFilter small(layer, rx, ry);
-        small.splitPasses(host);
-        EXPECT_EQ(small.stage, MaxFilter::BothPasses);
-        EXPECT_EQ(small.firstPassNode, nullptr);
-    }
 }
 
 }  // namespace

@@ -68,11 +68,8 @@ void apply(Param::Parameters& params, const Settings& s) {
     params.setFloat(3, s.contrast);
 }
 
-std::vector<float> render(const Settings& s, ImageBuffer& in, Image::CpuFeatures featureMask = ~0u,
-                          uint32_t threads = 0) {
+std::vector<float> render(const Settings& s, ImageBuffer& in) {
     SmoothingPlugin<Host> effect;
-    effect.featureMask = featureMask;
-    effect.threadCount = threads;
     Param::Parameters params;
     effect.defineParameters(params);
     apply(params, s);
@@ -104,31 +101,6 @@ struct Chain {
     Param::Parameters params;
     Image::FilterBase<Host>* last = nullptr;
 };
-
-TEST(SmoothingGraph, TheDefaultsMakeTwoBlursWithContrastEdgesOnTheFirst) {
-    Chain chain({});
-    Layers& layers = chain.layers();
-    EXPECT_EQ(layers.scale1, 0.0f);
-    EXPECT_EQ(layers.scale2, 1.0f - 0.4f);
-    EXPECT_THAT(layers.inputs,
-                testing::ElementsAre(&chain.source, &layers.textureBlurA, &layers.textureBlurB));
-    for (const Blur* blur : {&layers.textureBlurA, &layers.textureBlurB}) {
-        EXPECT_EQ(blur->params.sigmaX, 30.0f);
-        EXPECT_EQ(blur->params.sigmaY, 30.0f);
-        EXPECT_EQ(blur->params.iterations, 3u);
-    }
-    EXPECT_EQ(layers.textureBlurA.params.sigmaR, 0.4f);
-    EXPECT_EQ(layers.textureBlurB.params.sigmaR, 0.1f);
-    // Contrast 0.25: radius 40 * 0.25 + 10 = 20, weight 0.75, on the smoothing blur only.
-    EXPECT_FALSE(chain.smooth().guideIsInput1);
-    EXPECT_EQ(chain.smooth().edgeScale, 0.75f);
-    const auto& range = dynamic_cast<const Difference&>(*chain.smooth().inputs.at(1));
-    EXPECT_EQ(dynamic_cast<const Maximum&>(*range.inputs.at(1)).yRadius, 20);
-    EXPECT_EQ(chain.minimum().xRadius, 20);
-    EXPECT_THAT(chain.minimum().inputs, testing::ElementsAre(&chain.source));
-    EXPECT_THAT(layers.textureBlurB.inputs, testing::ElementsAre(&chain.source));
-    EXPECT_TRUE(layers.textureBlurB.guideIsInput1);
-}
 
 TEST(SmoothingGraph, TheEdgesOfTheSettings) {
     Chain none({.amount = 0});
@@ -234,7 +206,6 @@ TEST(SmoothingDifferenceNode, AbsoluteDifferenceOverTheCommonBounds) {
         Layer first(&a), second(&b);
         Difference difference(first, second);
         EXPECT_EQ(difference.bounds(), (PixelRect{3, 1, 19, 6}));
-        EXPECT_STREQ(difference.boundsExpression(), "intersect(bounds1, bounds2)");
         ImageBuffer out, left, right;
         out.allocate(difference.bounds(), format);
         Image::prepareGraph<Host>(difference, host, out);

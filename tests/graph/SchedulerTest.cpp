@@ -226,26 +226,5 @@ TEST_F(SchedulerTest, AbortFromTheProgressCallbackUnwindsAndReleasesEveryImage) 
     EXPECT_THROW(host.checkAbort(3), Tw::Interrupted);
 }
 
-TEST_F(SchedulerTest, ResultsDoNotDependOnTheNumberOfWorkers) {
-    const PixelRect rect{0, 0, 37, 23};
-    ImageBuffer source = patternImage(nullptr, rect);
-    std::vector<std::vector<float>> results;
-    for (uint32_t workers : {1u, 2u, 3u, 7u, 40u}) {
-        BareHost workersHost;
-        workersHost.threadCount = workers;
-        Layer layer(&source);
-        BoxFilter box(layer, 3);
-        OffsetFilter offset(box, 0.125f);
-        ImageBuffer out = output(rect);
-        Image::prepareGraph<Host>(offset, workersHost, out);
-        std::vector<float>& pixels = results.emplace_back();
-        for (int32_t y = rect.top; y < rect.bottom; ++y)
-            for (int32_t x = rect.left; x < rect.right; ++x)
-                pixels.push_back(componentAt(out, x, y, 0));
-    }
-    for (const auto& pixels : results)
-        EXPECT_EQ(pixels, results.front());
-}
-
 }  // namespace
 }  // namespace Tw::Test

@@ -1,5 +1,5 @@
 // Further layers through the tool, with "Blend": a layer file of another size keeps its own rectangle at
-// the frame's origin, neither moved nor scaled, and a layer parameter given no file means no layer.
+// the frame's origin, neither moved nor scaled.
 #include <gmock/gmock.h>
 
 #include "tests/tools/TwfxFixture.h"
@@ -59,14 +59,6 @@ TEST_F(Layers, ALargerLayerIsCutToTheInput) {
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 6; ++x)
             EXPECT_EQ(out.values[static_cast<std::size_t>((y * 6 + x) * 3)], greyAt(x, y)) << x << "," << y;
-}
-
-TEST_F(Layers, WithoutALayerTheInputPassesThrough) {
-    const TestImage<uint8_t> in = readImage<uint8_t>(file("in.png"));
-    for (const char* mode : {"Normal", "Stencil Alpha", "Classic Color Burn"})
-        EXPECT_EQ(renderBlend({"--set", std::string("Blend Mode=") + mode, "--set", "Opacity=30"}).values,
-                  in.values)
-            << mode;
 }
 
 }  // namespace
