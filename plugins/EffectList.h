@@ -10,24 +10,28 @@
 #include "plugins/BlendPlugin.h"
 #include "plugins/BlurPlugin.h"
 #include "plugins/CIECCPlugin.h"
+#include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
 #include "plugins/SmoothingPlugin.h"
+#include "plugins/TintPlugin.h"
 
 // Every effect: its exported entry name and its plug-in class template over the host. The build reads
 // the entry names from the lines below, one per line.
-#define TW_FOR_EACH_EFFECT(EFFECT)            \
-    EFFECT(BalanceEntry, BalancePlugin)       \
-    EFFECT(BalanceRGBEntry, BalanceRGBPlugin) \
-    EFFECT(BlendEntry, BlendPlugin)           \
-    EFFECT(BlurEntry, BlurPlugin)             \
-    EFFECT(CIECCEntry, CIE_CC_Plugin)         \
-    EFFECT(MaxEntry, MaxPlugin)               \
-    EFFECT(MinEntry, MinPlugin)               \
-    EFFECT(PresetsEntry, PresetsPlugin)       \
-    EFFECT(SharpenEntry, SharpenPlugin)       \
-    EFFECT(SmoothingEntry, SmoothingPlugin)
+#define TW_FOR_EACH_EFFECT(EFFECT)                      \
+    EFFECT(BalanceEntry, BalancePlugin)                 \
+    EFFECT(BalanceRGBEntry, BalanceRGBPlugin)           \
+    EFFECT(BlendEntry, BlendPlugin)                     \
+    EFFECT(BlurEntry, BlurPlugin)                       \
+    EFFECT(CIECCEntry, CIE_CC_Plugin)                   \
+    EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin) \
+    EFFECT(MaxEntry, MaxPlugin)                         \
+    EFFECT(MinEntry, MinPlugin)                         \
+    EFFECT(PresetsEntry, PresetsPlugin)                 \
+    EFFECT(SharpenEntry, SharpenPlugin)                 \
+    EFFECT(SmoothingEntry, SmoothingPlugin)             \
+    EFFECT(TintEntry, TintPlugin)
 
 namespace Tw::Plugins {
 
