@@ -45,7 +45,8 @@ public:
     static constexpr std::array<const char*, 8> busySettings{
         "Point 1=10",           "Point 2=70",          "Point 3=40",          "Point 4=90",
         "Color 1=0.1,0.05,0.3", "Color 2=0.8,0.2,0.1", "Color 3=0.2,0.7,0.4", "Color 4=1,0.9,0.6"};
-    // Every setting recolours the frame.
+    // Every setting recolours the frame: there is no way to switch it off but to remove it.
+    static constexpr bool hasNeutralSettings = false;
     static constexpr std::array<const char*, 0> neutralSettings{};
 
     using FilterPlugin<Host, TintPluginFilters<Host>>::FilterPlugin;
