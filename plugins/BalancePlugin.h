@@ -7,6 +7,7 @@
 #include "image/filters/tone/BalanceFilter.h"
 #include "plugins/EffectInputs.h"
 #include "plugins/FilterPlugin.h"
+#include "plugins/PercentSlider.h"
 
 namespace Tw::Plugins {
 
@@ -14,13 +15,10 @@ namespace Param = ::Tw::Host::Param;
 
 // The four range sliders that open the lists of Balance and Balance RGB, in percent.
 inline void addRangeSliders(Param::Parameters& list) {
-    const auto percent = [](const char* label, double defaultPercent) {
-        return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
-    };
-    list.records.push_back(percent("From Low", 0));
-    list.records.push_back(percent("From High", 100));
-    list.records.push_back(percent("To Low", 0));
-    list.records.push_back(percent("To High", 100));
+    list.records.push_back(percentSlider("From Low", 0));
+    list.records.push_back(percentSlider("From High", 100));
+    list.records.push_back(percentSlider("To Low", 0));
+    list.records.push_back(percentSlider("To High", 100));
 }
 inline Param::ParamRecord gammaSlider() {
     return Param::ParamRecord::floatSlider("Gamma", 1, 0, 5);

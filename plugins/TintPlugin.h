@@ -7,6 +7,7 @@
 #include "image/filters/tone/TintFilter.h"
 #include "plugins/EffectInputs.h"
 #include "plugins/FilterPlugin.h"
+#include "plugins/PercentSlider.h"
 
 namespace Tw::Plugins {
 
@@ -52,16 +53,15 @@ public:
     using FilterPlugin<Host, TintPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
     void defineParameters(Param::Parameters& list) override {
-        const auto percent = [](const char* label, double defaultPercent) {
-            return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
-        };
-        list.records.push_back(percent("Point 1", 0));
-        list.records.push_back(percent("Point 2", 33));
-        list.records.push_back(percent("Point 3", 66));
-        list.records.push_back(percent("Point 4", 100));
+        list.records.push_back(percentSlider("Point 1", 0));
+        list.records.push_back(percentSlider("Point 2", 33));
+        list.records.push_back(percentSlider("Point 3", 66));
+        list.records.push_back(percentSlider("Point 4", 100));
         list.records.push_back(Param::ParamRecord::color("Color 1", {0, 0, 0}));
-        list.records.push_back(Param::ParamRecord::color("Color 2", {0.33, 0.33, 0.33}));
-        list.records.push_back(Param::ParamRecord::color("Color 3", {0.66, 0.66, 0.66}));
+        // After Effects keeps a colour's default in 8 bits, where 0.33 and 0.66 of white become the whole
+        // levels 84 and 168; every host starts from those, so that all render the defaults alike.
+        list.records.push_back(Param::ParamRecord::color("Color 2", {84 / 255.0, 84 / 255.0, 84 / 255.0}));
+        list.records.push_back(Param::ParamRecord::color("Color 3", {168 / 255.0, 168 / 255.0, 168 / 255.0}));
         list.records.push_back(Param::ParamRecord::color("Color 4", {1, 1, 1}));
     }
 };

@@ -36,7 +36,7 @@ std::vector<std::string> entryNames() {
 
 bool isPixelIndependent(const std::string& entry) {
     return entry == "BalanceEntry" || entry == "BalanceRGBEntry" || entry == "BlendEntry" ||
-           entry == "CIECCEntry";
+           entry == "CIECCEntry" || entry == "ColorCorrectionEntry" || entry == "TintEntry";
 }
 
 // The formats in registration order, as their four letters lie in memory.

@@ -22,7 +22,8 @@ struct Ramp {
     std::array<Param::ParamColor, 4> colours;
 };
 
-const Ramp kDefaults{{0, 33, 66, 100}, {{{0, 0, 0}, {0.33, 0.33, 0.33}, {0.66, 0.66, 0.66}, {1, 1, 1}}}};
+// The ramp of the default points and colours, the colours as the points give them.
+const Ramp kGreyRamp{{0, 33, 66, 100}, {{{0, 0, 0}, {0.33, 0.33, 0.33}, {0.66, 0.66, 0.66}, {1, 1, 1}}}};
 
 // The colour of the ramp at the luminance of `in` (fractions), the tests taken in their order.
 Pixel tinted(const Pixel& in, const Ramp& ramp) {
@@ -87,7 +88,7 @@ TEST(Tint, FollowsTheRampAtEveryDepth) {
     // The defaults, a coloured ramp in order, and one whose second point lies above its third.
     const Ramp coloured{{10, 30, 60, 85}, {{{0.1, 0, 0.3}, {0.9, 0.2, 0.1}, {0.2, 0.8, 0.4}, {1, 0.9, 0.6}}}};
     const Ramp unsorted{{10, 70, 40, 90}, coloured.colours};
-    for (const Ramp& ramp : {kDefaults, coloured, unsorted}) {
+    for (const Ramp& ramp : {kGreyRamp, coloured, unsorted}) {
         for (const PixelFormat format : kEveryFormat) {
             SCOPED_TRACE(testing::Message() << format << " " << ramp.points[1]);
             const auto in = inUnitsOf(kColours, format);
@@ -101,12 +102,12 @@ TEST(Tint, FollowsTheRampAtEveryDepth) {
 TEST(Tint, TheDefaultsGiveTheGreyOfTheLuminance) {
     // Pure red has luminance 0.3, on the first piece: 0.33 * 0.3 / 0.33 = 0.3, cut at 8 bits from 76.5
     // to 76. Grey 0.5 lies on the second piece: 0.33 + 0.33 * (0.5 - 0.33) / 0.33 = 0.5.
-    const auto out8 = render(kDefaults, {{255, 0, 0, 255}, {128, 128, 128, 7}}, Image::fourCC("bgra"));
+    const auto out8 = render(kGreyRamp, {{255, 0, 0, 255}, {128, 128, 128, 7}}, Image::fourCC("bgra"));
     EXPECT_EQ(out8[0], (Pixel{76, 76, 76, 255}));
     for (int c = 0; c < 3; ++c)
         EXPECT_NEAR(out8[1][c], 128, 1);
     EXPECT_EQ(out8[1][3], 7);
-    const auto outFloat = render(kDefaults, {{1, 0, 0, 1}, {0.5, 0.5, 0.5, 2}}, Image::fourCC("ae32"));
+    const auto outFloat = render(kGreyRamp, {{1, 0, 0, 1}, {0.5, 0.5, 0.5, 2}}, Image::fourCC("ae32"));
     for (int c = 0; c < 3; ++c) {
         EXPECT_NEAR(outFloat[0][c], 0.3, 1e-6);
         EXPECT_NEAR(outFloat[1][c], 0.5, 1e-6);
