@@ -22,7 +22,7 @@ struct Ramp {
     std::array<Param::ParamColor, 4> colours;
 };
 
-// The ramp of the default points and colours, the colours as the points give them.
+// The ramp of the default points, its greys at the points themselves: 0.33 and 0.66 of white.
 const Ramp kGreyRamp{{0, 33, 66, 100}, {{{0, 0, 0}, {0.33, 0.33, 0.33}, {0.66, 0.66, 0.66}, {1, 1, 1}}}};
 
 // The colour of the ramp at the luminance of `in` (fractions), the tests taken in their order.

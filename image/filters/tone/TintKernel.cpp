@@ -21,7 +21,7 @@ struct TintByLuminance {
             const auto inSecond = r.amount3 > luminance;
             const F low = inFirst ? F{} + r.amount1 : inSecond ? F{} + r.amount2 : F{} + r.amount3;
             const F high = inFirst ? F{} + r.amount2 : inSecond ? F{} + r.amount3 : F{} + r.amount4;
-            // Where a test of the ends holds, the piece is a point and the weight unused.
+            // Where a test of the ends holds the weight goes unused, and it may be no number there.
             const F weight = (luminance - low) / (high - low);
             F out[3];
             for (int c = 0; c < 3; ++c) {
