@@ -13,6 +13,7 @@ namespace Tw::Tools::AeHost {
 namespace {
 
 using ::testing::AllOf;
+using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -107,8 +108,9 @@ TEST_F(Aehost, ProtocolFaultsAreListedAndTheImageIsStillWritten) {
 TEST_F(Aehost, EffectsAreNamedAsAUserTypesThem) {
     const RunResult list = aehost({"list", kBundle});
     EXPECT_EQ(list.code, 0);
-    EXPECT_THAT(list.out, HasSubstr("BalanceRGBEntry  BalanceRGB  Balance RGB\n"));
-    EXPECT_THAT(list.out, HasSubstr("MaxEntry         Max         MinMax\n"));
+    // The columns are as wide as the longest entry name makes them.
+    EXPECT_THAT(list.out, ContainsRegex("\nBalanceRGBEntry +BalanceRGB +Balance RGB\n"));
+    EXPECT_THAT(list.out, ContainsRegex("\nMaxEntry +Max +MinMax\n"));
     const RunResult params = aehost({"params", kBundle, "balance rgb"});
     EXPECT_EQ(params.code, 0);
     EXPECT_THAT(params.out, AllOf(StartsWith("BalanceRGBEntry,"), HasSubstr("From Low RGB")));
