@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstring>
+#include <type_traits>
 
 #include "image/core/CpuFeatures.h"
 #include "image/core/ImageBuffer.h"
@@ -37,10 +38,18 @@ template <class Layout, int Lanes, class Correct>
                       fractionsOf<T, Lanes>(planes[k][Layout::blue])};
     }
     correct(colours);
+    // Scaled and limited only: the store cuts the fractions off, as wholeLevelsOf would, in one step.
+    const auto levels = [](FloatVector<Lanes> fractions) {
+        if constexpr (std::is_same_v<T, float>) {
+            return fractions;
+        } else {
+            return limitedToWhite<T, Lanes>(fractions * ComponentTraits<T>::white);
+        }
+    };
     for (int k = 0; k < kBlocksAbreast; ++k) {
-        planes[k][Layout::red] = wholeLevelsOf<T, Lanes>(colours[k].red);
-        planes[k][Layout::green] = wholeLevelsOf<T, Lanes>(colours[k].green);
-        planes[k][Layout::blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
+        planes[k][Layout::red] = levels(colours[k].red);
+        planes[k][Layout::green] = levels(colours[k].green);
+        planes[k][Layout::blue] = levels(colours[k].blue);
         storePixelPlanes<Lanes>(out + 4 * Lanes * k, planes[k]);
     }
 }
