@@ -6,12 +6,12 @@ namespace Tw::Image {
 
 namespace {
 
-// Which of value, the falling and the rising component, and the floor of a sector gives red, green and
+// Which of the value, the component between (falling or rising) and the least component gives red, green and
 // blue in each sixth of the hue circle. Sector 0 stands first: it also takes every sector outside 1..5.
-enum Part { Value, Between, Floor };
-constexpr Part kSectorParts[6][3] = {{Value, Between, Floor}, {Between, Value, Floor},
-                                     {Floor, Value, Between}, {Floor, Between, Value},
-                                     {Between, Floor, Value}, {Value, Floor, Between}};
+enum Part { Value, Between, Least };
+constexpr Part kSectorParts[6][3] = {{Value, Between, Least}, {Between, Value, Least},
+                                     {Least, Value, Between}, {Least, Between, Value},
+                                     {Between, Least, Value}, {Value, Least, Between}};
 
 // The hue of each pixel in turns, 0 for a grey, and turned by `turn`: one correction toward 0..1 only.
 template <int Lanes>
