@@ -7,6 +7,7 @@
 #include "image/filters/tone/BalanceFilter.h"
 #include "plugins/EffectInputs.h"
 #include "plugins/FilterPlugin.h"
+#include "plugins/PercentSlider.h"
 
 namespace Tw::Plugins {
 
@@ -16,13 +17,10 @@ namespace Param = ::Tw::Host::Param;
 // their defaults in that order.
 inline void addRangeSliders(Param::Parameters& list,
                             const std::array<double, 4>& defaults = {0, 100, 0, 100}) {
-    const auto percent = [](const char* label, double defaultPercent) {
-        return Param::ParamRecord::floatSlider(label, defaultPercent, 0, 100, Param::ParamFlag::Percent);
-    };
-    list.records.push_back(percent("From Low", defaults[0]));
-    list.records.push_back(percent("From High", defaults[1]));
-    list.records.push_back(percent("To Low", defaults[2]));
-    list.records.push_back(percent("To High", defaults[3]));
+    list.records.push_back(percentSlider("From Low", defaults[0]));
+    list.records.push_back(percentSlider("From High", defaults[1]));
+    list.records.push_back(percentSlider("To Low", defaults[2]));
+    list.records.push_back(percentSlider("To High", defaults[3]));
 }
 inline Param::ParamRecord gammaSlider() {
     return Param::ParamRecord::floatSlider("Gamma", 1, 0, 5);

@@ -5,6 +5,7 @@
 
 #include "host/param/Parameters.h"
 #include "image/filters/tone/CCFilter.h"
+#include "plugins/ColorAdjustParams.h"
 #include "plugins/EffectInputs.h"
 #include "plugins/FilterPlugin.h"
 
@@ -13,18 +14,15 @@ namespace Tw::Plugins {
 namespace Param = ::Tw::Host::Param;
 
 // Parameter indices, in host order.
-namespace CIECCParam {
-enum : int { Hue, Saturation, Brightness };
-}
+namespace CIECCParam = ColorAdjustParam;
 
 template <class Host>
 struct CIECCPluginFilters {
     static Image::FilterBase<Host>& makeFilters(FilterChain<Host>& chain, Param::Parameters& params) {
-        const float hue = static_cast<float>(params.getFloat(CIECCParam::Hue)) / 360.0f;
-        const float saturation = static_cast<float>(params.getFloat(CIECCParam::Saturation)) / 100.0f;
-        const float brightness = static_cast<float>(params.getFloat(CIECCParam::Brightness)) / 100.0f;
-        if (hue == 0.0f && saturation == 0.0f && brightness == 0.0f) return chain.source();
-        return chain.template add<Image::CCFilter<Host>>(chain.source(), hue, saturation, brightness);
+        const ColorAdjustment adjust(params);
+        if (adjust.isNone()) return chain.source();
+        return chain.template add<Image::CCFilter<Host>>(chain.source(), adjust.hue, adjust.saturation,
+                                                         adjust.brightness);
     }
 };
 
@@ -40,13 +38,7 @@ public:
 
     using FilterPlugin<Host, CIECCPluginFilters<Host>>::FilterPlugin;
     const char* effectName() const override { return displayName; }
-    void defineParameters(Param::Parameters& list) override {
-        // A slider in degrees. The host's own fixed-point slider is no kind of the parameter list; a float
-        // slider over the same range stands for it.
-        list.records.push_back(Param::ParamRecord::floatSlider("Adjust Hue", 0, -360, 360));
-        list.records.push_back(Param::ParamRecord::floatSlider("Adjust Saturation", 0, -100, 100));
-        list.records.push_back(Param::ParamRecord::floatSlider("Adjust Brightness", 0, -100, 100));
-    }
+    void defineParameters(Param::Parameters& list) override { addColorAdjustSliders(list); }
 };
 
 }  // namespace Tw::Plugins

@@ -12,11 +12,13 @@
 #include "plugins/BlurPlugin.h"
 #include "plugins/BrightnessContrastPlugin.h"
 #include "plugins/CIECCPlugin.h"
+#include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/ColorPresetsPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
 #include "plugins/SmoothingPlugin.h"
+#include "plugins/TintPlugin.h"
 
 // Every effect: its exported entry name and its plug-in class template over the host. The build reads
 // the entry names from the lines below, one per line.
@@ -28,12 +30,14 @@
     EFFECT(BlurEntry, BlurPlugin)                             \
     EFFECT(BrightnessContrastEntry, BrightnessContrastPlugin) \
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
+    EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \
     EFFECT(SharpenEntry, SharpenPlugin)                       \
-    EFFECT(SmoothingEntry, SmoothingPlugin)
+    EFFECT(SmoothingEntry, SmoothingPlugin)                   \
+    EFFECT(TintEntry, TintPlugin)
 
 namespace Tw::Plugins {
 

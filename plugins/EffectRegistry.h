@@ -26,6 +26,9 @@ struct EffectEntry {
     // How many of its layer parameters, in list order, a host of frame mixers (frei0r) fills from its
     // further inputs: at most 2. See mixerLayersOf.
     int mixerLayers = 2;
+    // False for an effect that no setting turns into an identity: `neutral` is then empty and means
+    // nothing. See hasNeutralSettingsOf.
+    bool hasNeutralSettings = true;
 
     // The entry name without its "Entry": how the command line and file names know an effect.
     std::string_view shortName() const {
@@ -43,6 +46,17 @@ constexpr int mixerLayersOf() {
         return Plugin::mixerLayers;
     } else {
         return 2;
+    }
+}
+
+// An effect's `hasNeutralSettings`, or true when it declares none: a filter whose every setting changes
+// the frame (a recolouring by luminance, say) declares false.
+template <class Plugin>
+constexpr bool hasNeutralSettingsOf() {
+    if constexpr (requires { Plugin::hasNeutralSettings; }) {
+        return Plugin::hasNeutralSettings;
+    } else {
+        return true;
     }
 }
 

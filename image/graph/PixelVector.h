@@ -49,6 +49,17 @@ template <int Lanes>
     return (x + kShift) - kShift;
 }
 
+// The largest whole number not above x, as floor gives it, NaN and infinities included. Beyond 2^22 every
+// float is whole already; below it the nearest whole number is taken one down where it lies above x.
+template <int Lanes>
+[[gnu::always_inline]] inline FloatVector<Lanes> roundDown(FloatVector<Lanes> x) {
+    using F = FloatVector<Lanes>;
+    const F nearest = roundToNearestEven<Lanes>(x);
+    const F below = nearest > x ? nearest - 1.0f : nearest;
+    const auto magnitude = std::bit_cast<F>(std::bit_cast<IntVector<Lanes>>(x) & 0x7fffffff);
+    return magnitude < 0x1p22f ? below : x;
+}
+
 // Stores float components, already limited to the integer range where T is an integer, rounding them
 // to nearest-even.
 template <int Lanes, class T>

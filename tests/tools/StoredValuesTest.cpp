@@ -55,7 +55,7 @@ TEST_F(StoredValues, EveryEffectAtNeutralSettingsGivesBackItsFile) {
     writeVaried<uint8_t>("in.tif", 255, OIIO::TypeDesc::UINT8);
     writeVaried<float>("in.exr", 2, OIIO::TypeDesc::HALF);
     for (const EffectEntry& effect : Plugins::effectRegistry<StandaloneHost>()) {
-        if (effect.inputs == Plugins::EffectInputs::Generator) continue;
+        if (effect.inputs == Plugins::EffectInputs::Generator || !effect.hasNeutralSettings) continue;
         std::vector<std::string> settings;
         for (const char* setting : effect.neutralSettings)
             settings.insert(settings.end(), {"--set", setting});

@@ -15,7 +15,8 @@ const EffectEntry& skinRetouchEntry() {
         []() -> std::unique_ptr<StandaloneHost> { return std::make_unique<Retouch>(); },
         Retouch::busySettings,
         Retouch::neutralSettings,
-        Plugins::mixerLayersOf<Retouch>()};
+        Plugins::mixerLayersOf<Retouch>(),
+        Plugins::hasNeutralSettingsOf<Retouch>()};
     return entry;
 }
 

@@ -1,13 +1,9 @@
 #include "image/filters/tone/CCKernel.h"
 
 #include <array>
-#include <cstring>
 
 #include "image/graph/CieLab.h"
-#include "image/graph/ImageView.h"
-#include "image/graph/KernelDispatch.h"
-#include "image/graph/PixelBlocks.h"
-#include "image/graph/StoredVectors.h"
+#include "image/graph/ColourBlocks.h"
 #include "image/graph/VectorMath.h"
 
 namespace Tw::Image {
@@ -28,21 +24,11 @@ struct ChromaMatrix {
     std::array<float, 4> ab;
 };
 
-// kBlocksAbreast blocks of Lanes pixels, in planes of one component.
-template <class Layout, int Lanes>
-struct CorrectedPixels {
-    using T = typename Layout::Component;
-    using F = FloatVector<Lanes>;
-
-    void apply(const T* in, T* out) const {
-        F planes[kBlocksAbreast][4];
-        RgbVectors<Lanes> colours[kBlocksAbreast];
-        for (int k = 0; k < kBlocksAbreast; ++k) {
-            loadPixelPlanes<Lanes>(in + 4 * Lanes * k, planes[k]);
-            colours[k] = {fractionsOf<T, Lanes>(planes[k][Layout::red]),
-                          fractionsOf<T, Lanes>(planes[k][Layout::green]),
-                          fractionsOf<T, Lanes>(planes[k][Layout::blue])};
-        }
+// The correction of blocks of colours, through L*a*b* and back.
+struct LabTurn {
+    template <int Lanes>
+    [[gnu::always_inline]] void operator()(RgbVectors<Lanes> (&colours)[kBlocksAbreast]) const {
+        using F = FloatVector<Lanes>;
         LabVectors<Lanes> lab[kBlocksAbreast];
         labFromEncoded<Lanes, kBlocksAbreast>(colours, lab);
         for (int k = 0; k < kBlocksAbreast; ++k) {
@@ -53,12 +39,6 @@ struct CorrectedPixels {
             lab[k] = {lab[k].lightness / 105.0f * correction.lightness * 105.0f, a2 * 128.0f, b2 * 128.0f};
         }
         encodedFromLab<Lanes, true, kBlocksAbreast>(lab, colours);
-        for (int k = 0; k < kBlocksAbreast; ++k) {
-            planes[k][Layout::red] = wholeLevelsOf<T, Lanes>(colours[k].red);
-            planes[k][Layout::green] = wholeLevelsOf<T, Lanes>(colours[k].green);
-            planes[k][Layout::blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
-            storePixelPlanes<Lanes>(out + 4 * Lanes * k, planes[k]);
-        }
     }
 
     LabCorrection correction;
@@ -69,22 +49,8 @@ struct CorrectedPixels {
 
 void ccBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect& band, CpuFeatures features,
             Progress& progress, const LabCorrection& correction) {
-    dispatchKernel(output, features, [&](auto layout, auto isa) {
-        using Layout = decltype(layout);
-        using T = typename Layout::Component;
-        constexpr int lanes = kPixelLanes<decltype(isa)>;
-        const CorrectedPixels<Layout, lanes> pixels{correction, ChromaMatrix(correction)};
-        const bool identity = correction.isIdentity();
-        constexpr int blockPixels = kBlocksAbreast * lanes;
-        forEachPixelBlock<blockPixels>(ImageView<T>::of(output), std::array{ImageView<T>::of(input)}, band,
-                                       progress, [&](const std::array<const T*, 1>& in, T* out) {
-                                           if (identity) {
-                                               std::memmove(out, in[0], sizeof(T) * 4 * blockPixels);
-                                           } else {
-                                               pixels.apply(in[0], out);
-                                           }
-                                       });
-    });
+    correctColourBand(output, input, band, features, progress, correction.isIdentity(),
+                      LabTurn{correction, ChromaMatrix(correction)});
 }
 
 }  // namespace Tw::Image
