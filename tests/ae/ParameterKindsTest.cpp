@@ -136,6 +136,16 @@ TEST(ParameterKinds, EffectReadsWhatTheUserSet) {
         EXPECT_EQ(readings.point.y, flipped ? 12 - 1 - 3 : 3) << "points follow the rows' direction";
         EXPECT_EQ(readings.hidden, 7);
         EXPECT_EQ(readings.look, "Strong");
+
+        // The text survives a saved and reopened project: flattened, disposed of and unflattened through
+        // the effect's callback, between the sequence commands.
+        ASSERT_EQ(host.sequenceSetup(), PF_Err_NONE);
+        ASSERT_EQ(host.saveAndReopen(), PF_Err_NONE);
+        readings.look.clear();
+        ASSERT_EQ(host.renderSmart().error, PF_Err_NONE);
+        EXPECT_EQ(readings.look, "Strong");
+        ASSERT_EQ(host.sequenceSetdown(), PF_Err_NONE);
+        ASSERT_EQ(host.globalSetdown(), PF_Err_NONE);
         EXPECT_THAT(host.faults(), IsEmpty());
     }
 }

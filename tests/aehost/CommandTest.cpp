@@ -119,12 +119,13 @@ TEST_F(Aehost, EffectsAreNamedAsAUserTypesThem) {
     }
 }
 
-// Premiere Pro's 16-bit BGRA worlds stored bottom up, at half resolution, by plain render on three workers:
-// the output is the downsampled frame, the depth follows the switch and a clamped value is told.
+// Premiere Pro's 16-bit BGRA worlds stored bottom up, at half resolution, by plain render on three workers,
+// after the project was saved and reopened: the output is the downsampled frame, the depth follows the
+// switch and a clamped value is told.
 TEST_F(Aehost, TheHostsSwitchesReachTheRender) {
     const RunResult result = aehost({"render", kBundle, "Blur", "-i", kPortrait, "-o", file("out.tif"),
                                      "--set", "Radius=9999", "--premiere", "--depth", "16", "--downsample",
-                                     "1/2", "--negative-rowbytes", "--plain", "--workers", "3"});
+                                     "1/2", "--negative-rowbytes", "--plain", "--workers", "3", "--reopen"});
     EXPECT_EQ(result.code, 0) << result.err;
     EXPECT_THAT(result.err, HasSubstr("warning: Radius 9999 is outside its range"));
     auto written = OIIO::ImageInput::open(file("out.tif"));

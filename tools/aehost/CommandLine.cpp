@@ -93,6 +93,7 @@ RenderRequest renderRequest(std::span<const std::string> arguments) {
         {"--premiere", [&] { request.host.application = Application::PremierePro; }},
         {"--negative-rowbytes", [&] { request.host.negativeRowBytes = true; }},
         {"--plain", [&] { request.mode = RenderMode::Plain; }},
+        {"--reopen", [&] { request.reopen = true; }},
     };
     const std::map<std::string_view, std::function<void(std::string_view, const std::string&)>> options = {
         {"-i", [&](auto, const std::string& value) { request.input = value; }},

@@ -43,6 +43,8 @@ struct RenderRequest {
     HostSettings host;
     bool depthGiven = false;
     RenderMode mode = RenderMode::Smart;
+    // Save the project and open it again between setting the parameters and rendering.
+    bool reopen = false;
 };
 
 using Request = std::variant<HelpRequest, ListRequest, ParamsRequest, RenderRequest>;

@@ -14,11 +14,12 @@ Usage:
 An effect is named by its entry name, with or without "Entry" ("SmoothingEntry", "Smoothing"), in any
 case, or by its display name where only one effect has it.
 
-The render sends the effect the host's commands: global setup, parameter setup, then smart pre-render
-and smart render (or plain render), with the host's callbacks and suites, and checks after each command
-what a real host relies on: suites released, parameters and layers checked in, worlds disposed of, no
-write outside a world; and it ends with PF_Cmd_GLOBAL_SETDOWN, after which the effect may hold no memory
-of the host's. Every breach is a protocol fault.
+The render sends the effect the host's commands: global setup, parameter setup, sequence setup, then
+smart pre-render and smart render (or plain render), with the host's callbacks and suites, and checks
+after each command what a real host relies on: suites released, parameters and layers checked in, worlds
+disposed of, no write outside a world, no sequence data left unflattened; and it ends with sequence and
+global setdown, after which the effect may hold no memory of the host's. Every breach is a protocol
+fault.
 
 Render options:
   -i, --input FILE         the image: PNG, JPEG, TIFF, OpenEXR, DPX and others
@@ -33,6 +34,8 @@ Render options:
   --premiere               run as Premiere Pro: its application id, BGRA worlds and pixel formats
   --plain                  PF_Cmd_RENDER with the parameter array instead of the smart render
   --negative-rowbytes      worlds whose rows run up in memory
+  --reopen                 save the project and open it again before the render: sequence flatten,
+                           text values flattened and unflattened through the effect, sequence resetup
   --downsample X[,Y]       render at a fraction of full resolution, each 1/N, N/D or a decimal such as
                            0.5; the input is scaled to it and the output is smaller
   --workers N              workers of iterate_generic, the calling thread among them (default 4)

@@ -51,6 +51,12 @@ std::size_t HostHandles::size(PF_Handle handle) {
     return block ? block->bytes.size() : 0;
 }
 
+std::string HostHandles::bytes(PF_Handle handle) {
+    const std::lock_guard lock(mutex_);
+    const Block* block = find(handle, "the host's own read");
+    return block ? std::string(reinterpret_cast<const char*>(block->bytes.data()), block->bytes.size()) : "";
+}
+
 PF_Err HostHandles::resize(std::size_t size, PF_Handle handle) {
     const std::lock_guard lock(mutex_);
     Block* block = find(handle, "host_resize_handle");

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -26,6 +27,8 @@ public:
     void unlock(PF_Handle handle);
     void dispose(PF_Handle handle);
     std::size_t size(PF_Handle handle);
+    // A copy of the handle's bytes, for the host's own checks.
+    std::string bytes(PF_Handle handle);
     // Keeps the bytes up to the smaller size; the master pointer moves, the handle stays.
     PF_Err resize(std::size_t size, PF_Handle handle);
 

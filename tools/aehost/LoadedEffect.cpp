@@ -47,6 +47,7 @@ SimulatedHost& LoadedEffect::setUp(const HostSettings& settings) {
     host_ = std::make_unique<SimulatedHost>(bundle_->entry(effect_.entryName), settings, shown);
     expectSuccess(host_->globalSetup(), "PF_Cmd_GLOBAL_SETUP");
     expectSuccess(host_->paramsSetup(), "PF_Cmd_PARAMS_SETUP");
+    expectSuccess(host_->sequenceSetup(), "PF_Cmd_SEQUENCE_SETUP");
     return *host_;
 }
 
@@ -66,6 +67,7 @@ void LoadedEffect::listFaults() const {
 }
 
 void LoadedEffect::reportFaults() const {
+    expectSuccess(host_->sequenceSetdown(), "PF_Cmd_SEQUENCE_SETDOWN");
     expectSuccess(host_->globalSetdown(), "PF_Cmd_GLOBAL_SETDOWN");
     listFaults();
     if (const std::size_t count = host_->faults().size()) {

@@ -1,6 +1,6 @@
 // One effect of a bundle, loaded and set up in a simulated host the way a host first meets it: the bundle
-// opened and the effect found by the name a user gives, then PF_Cmd_GLOBAL_SETUP and PF_Cmd_PARAMS_SETUP
-// sent. What the commands of aehost share, with the way they report what went wrong.
+// opened and the effect found by the name a user gives, then PF_Cmd_GLOBAL_SETUP, PF_Cmd_PARAMS_SETUP and
+// PF_Cmd_SEQUENCE_SETUP sent. What the commands of aehost share, with the way they report what went wrong.
 #pragma once
 
 #include <memory>
@@ -31,8 +31,8 @@ public:
     // Throws ToolError with ExitCode::RenderFailed when the effect answered `command` with an error,
     // with the message it left for the user, after listing the faults the host saw.
     void expectSuccess(PF_Err error, std::string_view command) const;
-    // Ends the session with PF_Cmd_GLOBAL_SETDOWN and lists the protocol faults the host saw; throws
-    // ToolError with ExitCode::ProtocolFault if there were any.
+    // Ends the session with PF_Cmd_SEQUENCE_SETDOWN and PF_Cmd_GLOBAL_SETDOWN and lists the protocol faults
+    // the host saw; throws ToolError with ExitCode::ProtocolFault if there were any.
     void reportFaults() const;
 
 private:

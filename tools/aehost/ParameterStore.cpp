@@ -60,6 +60,20 @@ const PF_ParamDef* ParameterStore::value(PF_ParamIndex index) const {
     return found == values_.end() ? nullptr : &found->second;
 }
 
+std::vector<PF_ParamIndex> ParameterStore::textIndices() const {
+    std::vector<PF_ParamIndex> indices;
+    for (const RecordedParameter& record : recorded_)
+        if (record.definition.param_type == PF_Param_ARBITRARY_DATA) indices.push_back(record.hostIndex);
+    return indices;
+}
+
+void ParameterStore::replaceText(PF_ParamIndex index, PF_Handle handle) {
+    PF_ArbitraryH& value = valueOfType(index, PF_Param_ARBITRARY_DATA, "text").u.arb_d.value;
+    std::erase(ownedHandles_, value);
+    value = handle;
+    if (handle) ownedHandles_.push_back(handle);
+}
+
 PF_ParamDef* ParameterStore::mutableValue(PF_ParamIndex index) {
     return const_cast<PF_ParamDef*>(static_cast<const ParameterStore&>(*this).value(index));
 }

@@ -52,6 +52,11 @@ public:
     // The memory handles the host keeps as parameter values and defaults.
     std::size_t ownedHandleCount() const { return ownedHandles_.size(); }
     int count() const { return static_cast<int>(recorded_.size()); }
+    // The host indices of the text values, for a project to save and load them.
+    std::vector<PF_ParamIndex> textIndices() const;
+    // Gives the value of text `index` up to the effect, which disposes of it, and takes `handle` (made by
+    // the effect, possibly null) as the value from now on.
+    void replaceText(PF_ParamIndex index, PF_Handle handle);
     // The current value as a full definition; null for an index the effect never added.
     const PF_ParamDef* value(PF_ParamIndex index) const;
     // The current value as a command hands it over for a layer of `width` by `height` pixels.

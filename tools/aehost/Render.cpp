@@ -40,6 +40,7 @@ void runRender(const RenderRequest& request, const Console& console) {
         host.setLayer(layer.label,
                       Frame::copyOf(frameFromFile(readAtResolution(layer.value, settings), format)));
 
+    if (request.reopen) loaded.expectSuccess(host.saveAndReopen(), "reopening the project");
     const bool smart = request.mode == RenderMode::Smart;
     RenderOutcome outcome = smart ? host.renderSmart() : host.render();
     loaded.expectSuccess(outcome.error, smart ? "the smart render" : "PF_Cmd_RENDER");

@@ -163,13 +163,85 @@ PF_Err SimulatedHost::globalSetup() {
         state_->pixelFormats.clear();
     }
     CommandState command(*state_, PF_Cmd_GLOBAL_SETUP);
-    return send(command, nullptr, nullptr, nullptr);
+    const PF_Err error = send(command, nullptr, nullptr, nullptr);
+    globalOutFlags_ = out_.out_flags;
+    return error;
 }
 
 PF_Err SimulatedHost::paramsSetup() {
     state_->parameters.beginSetup();
     CommandState command(*state_, PF_Cmd_PARAMS_SETUP);
     return send(command, nullptr, nullptr, nullptr);
+}
+
+PF_Err SimulatedHost::sequenceCommand(PF_Cmd number) {
+    CommandState command(*state_, number);
+    const PF_Err error = send(command, nullptr, nullptr, nullptr);
+    if (out_.sequence_data && !(globalOutFlags_ & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING)) {
+        state_->audit.fault("sequence data left after command " + std::to_string(number) +
+                            " by an effect that never asks for it to be flattened");
+    }
+    return error;
+}
+
+PF_Err SimulatedHost::sequenceSetup() {
+    return sequenceCommand(PF_Cmd_SEQUENCE_SETUP);
+}
+
+PF_Err SimulatedHost::sequenceSetdown() {
+    return sequenceCommand(PF_Cmd_SEQUENCE_SETDOWN);
+}
+
+PF_Err SimulatedHost::saveAndReopen() {
+    PF_Err first = PF_Err_NONE;
+    const auto keep = [&first](PF_Err error) {
+        if (!first) first = error;
+    };
+    // Every sub-command's arguments begin with the refcon.
+    const auto call = [this, &keep](PF_FunctionSelector function, const PF_ArbitraryDef& text, auto fill) {
+        PF_ArbParamsExtra extra{};
+        extra.which_function = function;
+        extra.id = text.id;
+        extra.u.new_func_params.refconPV = text.refconPV;
+        fill(extra.u);
+        keep(arbitraryCallback(extra));
+    };
+
+    keep(sequenceCommand(PF_Cmd_SEQUENCE_FLATTEN));
+    std::vector<std::pair<PF_ParamIndex, std::string>> saved;
+    for (const PF_ParamIndex index : state_->parameters.textIndices()) {
+        const PF_ArbitraryDef text = state_->parameters.value(index)->u.arb_d;
+        A_u_long size = 0;
+        call(PF_Arbitrary_FLAT_SIZE_FUNC, text, [&](auto& u) {
+            u.flat_size_func_params.arbH = text.value;
+            u.flat_size_func_params.flat_data_sizePLu = &size;
+        });
+        std::string bytes(size, '\0');
+        call(PF_Arbitrary_FLATTEN_FUNC, text, [&](auto& u) {
+            u.flatten_func_params.arbH = text.value;
+            u.flatten_func_params.buf_sizeLu = size;
+            u.flatten_func_params.flat_dataPV = bytes.data();
+        });
+        call(PF_Arbitrary_DISPOSE_FUNC, text, [&](auto& u) { u.dispose_func_params.arbH = text.value; });
+        state_->parameters.replaceText(index, nullptr);
+        saved.emplace_back(index, std::move(bytes));
+    }
+    keep(sequenceCommand(PF_Cmd_SEQUENCE_SETDOWN));
+
+    for (const auto& [index, bytes] : saved) {
+        const PF_ArbitraryDef text = state_->parameters.value(index)->u.arb_d;
+        PF_Handle handle = nullptr;
+        call(PF_Arbitrary_UNFLATTEN_FUNC, text, [&](auto& u) {
+            u.unflatten_func_params.buf_sizeLu = static_cast<A_u_long>(bytes.size());
+            u.unflatten_func_params.flat_dataPV = bytes.data();
+            u.unflatten_func_params.arbPH = &handle;
+        });
+        if (!handle || state_->handles.bytes(handle) != bytes)
+            state_->audit.fault("the text of parameter " + std::to_string(index) + " came back changed");
+        state_->parameters.replaceText(index, handle);
+    }
+    keep(sequenceCommand(PF_Cmd_SEQUENCE_RESETUP));
+    return first;
 }
 
 PreRenderOutcome SimulatedHost::smartPreRender(const PF_LRect& request) {

@@ -63,6 +63,16 @@ public:
 
     PF_Err globalSetup();
     PF_Err paramsSetup();
+    // The effect applied to a layer (PF_Cmd_SEQUENCE_SETUP) and taken off it (PF_Cmd_SEQUENCE_SETDOWN).
+    // Sequence data an effect leaves without asking the host to flatten it would be lost with the project,
+    // so it is a fault.
+    PF_Err sequenceSetup();
+    PF_Err sequenceSetdown();
+    // The project saved and opened again: PF_Cmd_SEQUENCE_FLATTEN, each text value flattened through the
+    // effect's arbitrary-data callback and disposed of through it, PF_Cmd_SEQUENCE_SETDOWN; then each text
+    // unflattened from the saved bytes, and PF_Cmd_SEQUENCE_RESETUP. A text that doesn't come back as it
+    // was saved is a fault. Returns the first error an answer gave.
+    PF_Err saveAndReopen();
     // Needs an input frame.
     PreRenderOutcome smartPreRender(const PF_LRect& request);
     // Renders what the last pre-render prepared; the host then disposes of the pre-render data.
@@ -116,6 +126,7 @@ private:
     PF_Err send(CommandState& command, PF_ParamDef** params, PF_LayerDef* output, void* extra,
                 bool clearOutData = true);
     void checkAfter(CommandState& command);
+    PF_Err sequenceCommand(PF_Cmd command);
     void dropPreRenderData();
     PF_LRect wholeInput() const;
 
@@ -126,6 +137,8 @@ private:
     PF_UtilCallbacks utils_{};
     PF_InData in_{};
     PF_OutData out_{};
+    // What the effect declared at PF_Cmd_GLOBAL_SETUP.
+    PF_OutFlags globalOutFlags_ = 0;
 
     // What the last pre-render left for the render.
     struct PreRendered {
