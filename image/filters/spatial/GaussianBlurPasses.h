@@ -14,7 +14,6 @@
 #include "image/filters/spatial/GaussianBlurCoefficients.h"
 #include "image/graph/Progress.h"
 
-
 namespace Tw::Image {
 
 // Blurs `band` of `target` along `Axis` from `source`, which has the target's format. For rows the band
@@ -23,5 +22,12 @@ namespace Tw::Image {
 template <BlurAxis Axis>
 void blurBand(const ImageBuffer& source, ImageBuffer& target, const PixelRect& band, CpuFeatures features,
               Progress& progress, const GaussianBlurCoefficients& coefficients);
+
+// Each axis compiles in a file of its own. A file that includes the definition for its helpers (a test of
+// line groups) would otherwise compile every kernel of both axes again.
+extern template void blurBand<BlurAxis::Rows>(const ImageBuffer&, ImageBuffer&, const PixelRect&, CpuFeatures,
+                                              Progress&, const GaussianBlurCoefficients&);
+extern template void blurBand<BlurAxis::Columns>(const ImageBuffer&, ImageBuffer&, const PixelRect&,
+                                                 CpuFeatures, Progress&, const GaussianBlurCoefficients&);
 
 }  // namespace Tw::Image
