@@ -8,7 +8,6 @@
 // NaNs of opposite signs, and a frame must hold the same bits on every processor.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -32,6 +31,17 @@ struct PixelPlaces {
 template <int Lanes>
 struct PaintedColour {
     FloatVector<Lanes> red, green, blue;
+};
+
+// Every pixel one colour.
+struct SolidPaint {
+    template <int Lanes>
+    [[gnu::always_inline]] PaintedColour<Lanes> operator()(const PixelPlaces<Lanes>& /*at*/) const {
+        using F = FloatVector<Lanes>;
+        return {F{} + red, F{} + green, F{} + blue};
+    }
+
+    float red, green, blue;
 };
 
 namespace Detail {

@@ -1,6 +1,7 @@
 #include "image/filters/tone/GradientKernel.h"
 
 #include <bit>
+#include <limits>
 
 #include "image/graph/GeneratorBlocks.h"
 #include "image/graph/VectorMath.h"
@@ -44,6 +45,15 @@ float gradientFalloff(int32_t left) {
 
 void gradientBand(ImageBuffer& output, const PixelRect& band, CpuFeatures features, Progress& progress,
                   const GradientField& field, float falloff) {
+    // An infinite falloff, or none that is a number, makes every weight 0 or no number, and so every share
+    // 0 / 0 or no number: each colour is no number, whatever the points and colours. Painted as such
+    // directly, the field has the same bits at the cost of a fill, and that is the falloff of every
+    // rectangle that starts at the frame's left edge or right of it.
+    if (!(falloff < std::numeric_limits<float>::infinity())) {
+        constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+        paintBand(output, band, features, progress, SolidPaint{kNaN, kNaN, kNaN});
+        return;
+    }
     paintBand(output, band, features, progress, GradientPaint{field, falloff});
 }
 

@@ -8,17 +8,6 @@ namespace Tw::Image {
 
 namespace {
 
-// Every pixel the first colour.
-struct SolidPaint {
-    template <int Lanes>
-    [[gnu::always_inline]] PaintedColour<Lanes> operator()(const PixelPlaces<Lanes>& /*at*/) const {
-        using F = FloatVector<Lanes>;
-        return {F{} + colour[0], F{} + colour[1], F{} + colour[2]};
-    }
-
-    LinearRamp::Colour colour;
-};
-
 struct RampPaint {
     explicit RampPaint(const LinearRamp& ramp) : ramp(ramp) {
         const float dx = ramp.point2[0] - ramp.point1[0];
@@ -75,7 +64,8 @@ struct RampPaint {
 void rampBand(ImageBuffer& output, const PixelRect& band, CpuFeatures features, Progress& progress,
               const LinearRamp& ramp) {
     if (ramp.isSolid()) {
-        paintBand(output, band, features, progress, SolidPaint{ramp.colors[0]});
+        const LinearRamp::Colour& colour = ramp.colors[0];
+        paintBand(output, band, features, progress, SolidPaint{colour[0], colour[1], colour[2]});
     } else {
         paintBand(output, band, features, progress, RampPaint(ramp));
     }
