@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "image/filters/tone/GradientFilter.h"
@@ -138,6 +139,17 @@ TEST(Gradient, WeighsThePointsByTheFalloffTheOutputsLeftGives) {
                     EXPECT_NEAR(p[c], expected[c], 1e-6) << Image::formatDepth(format) << " bits, row " << y;
             }
         }
+    }
+}
+
+// A left whose bits are those of -infinity: h^2 is infinite and the falloff 0, so every weight is 1 and
+// the four colours mix in equal parts, wherever the points lie.
+TEST(Gradient, MixesTheColoursEvenlyAtAFalloffOf0) {
+    const int32_t left = std::bit_cast<int32_t>(-std::numeric_limits<float>::infinity());
+    for (PixelFormat format : kEveryFormat) {
+        Image::GradientFilter<StandaloneHost> gradient(kColumnOfPoints);
+        for (const Pixel& p : renderNode(gradient, {left, 0, left + 3, 2}, format))
+            EXPECT_EQ(p, stored({0.5, 0.5, 0.5}, format)) << Image::formatDepth(format) << " bits";
     }
 }
 
