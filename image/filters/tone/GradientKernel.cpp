@@ -10,6 +10,9 @@ namespace Tw::Image {
 
 namespace {
 
+// Each point's weight e^(-falloff d^2) comes from the vector form of the exponential, which gives the same
+// bits in every processor variant, where the C library's would be a call per pixel. The weights and the
+// colours' shares are summed from 0, in point order.
 struct GradientPaint {
     template <int Lanes>
     [[gnu::always_inline]] PaintedColour<Lanes> operator()(const PixelPlaces<Lanes>& at) const {
