@@ -14,8 +14,10 @@
 #include "plugins/CIECCPlugin.h"
 #include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/ColorPresetsPlugin.h"
+#include "plugins/GradientPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
+#include "plugins/RampPlugin.h"
 #include "plugins/SharpenPlugin.h"
 #include "plugins/SmoothingPlugin.h"
 #include "plugins/TintPlugin.h"
@@ -32,9 +34,11 @@
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
     EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
+    EFFECT(GradientEntry, GradientPlugin)                     \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \
+    EFFECT(RampEntry, RampPlugin)                             \
     EFFECT(SharpenEntry, SharpenPlugin)                       \
     EFFECT(SmoothingEntry, SmoothingPlugin)                   \
     EFFECT(TintEntry, TintPlugin)

@@ -56,8 +56,10 @@ public:
                                        const Image::PixelRect& limit,
                                        std::vector<Image::LayerRequest>& requests) = 0;
 
-    // Renders the effect over `input` into `output`, reading further layers by ordinal. Returns 0, or the
-    // abort code when the render was cancelled; other failures are thrown.
+    // Renders the effect over `input` into `output`, reading further layers by ordinal. Points, which
+    // `params` holds as fractions of the layer, reach the effect in pixels of `layerRect`, or of the
+    // input where that is empty. Returns 0, or the abort code when the render was cancelled; other
+    // failures are thrown.
     int32_t render(Param::Parameters& params, Image::ImageBuffer& input, Image::ImageBuffer& output,
                    Image::LayerImages layers = {});
 
@@ -94,6 +96,9 @@ public:
     // Effects scale their radii by it, since radii are given in full-resolution pixels.
     double downsampleX = 1.0;
     double downsampleY = 1.0;
+    // The whole of the effect's own layer, for a caller that hands over only the part of it the effect
+    // asks for; empty when the input is the whole layer.
+    Image::PixelRect layerRect = Image::PixelRect::empty();
     // Workers to use; 0 means every worker of the pool.
     uint32_t threadCount = 0;
     // Processor features the kernels may use; clearing bits selects narrower code variants.

@@ -333,6 +333,26 @@ template <int Lanes, class T>
     }
 }
 
+// The pixel of a block that each lane of loadPixelPlanes' planes stands for, counted from the block's
+// first: what a kernel that computes pixels from their places needs to know of that order.
+template <int Lanes, class T>
+[[gnu::always_inline]] inline IntVector<Lanes> pixelOfPlaneLanes() {
+    if constexpr (sizeof(T) == 1) {
+        IntVector<Lanes> lanes;
+        for (int lane = 0; lane < Lanes; ++lane)
+            lanes[lane] = lane;
+        return lanes;
+    } else {
+        // Every component labelled with its pixel, then taken apart as loadPixelPlanes takes pixels.
+        FloatVector<Lanes> labels[4];
+        for (int k = 0; k < 4; ++k)
+            for (int lane = 0; lane < Lanes; ++lane)
+                labels[k][lane] = static_cast<float>((k * Lanes + lane) / 4);
+        transposeQuads<Lanes>(labels);
+        return __builtin_convertvector(labels[0], IntVector<Lanes>);
+    }
+}
+
 // The inverse of loadPixelPlanes. Integer components must lie within the range of T; their fractions are
 // cut off toward zero.
 template <int Lanes, class T>

@@ -205,15 +205,22 @@ protected:
                     file(raw)});
     }
 
-    // twfx's frame of the effect with the settings, at 8 bits in BGRA order, as raw RGBA. twfx runs in this
-    // process: starting the program, which loads every image library there is, costs more than the render.
+    // twfx's frame of the effect with the settings, at 8 bits in BGRA order, as raw RGBA; a generator's
+    // of the portrait's size, with no input. twfx runs in this process: starting the program, which loads
+    // every image library there is, costs more than the render.
     std::vector<char> twfxFrame(const EffectEntry& entry, const HostSettings& settings,
                                 const std::vector<std::string>& extra = {}) {
-        const std::vector<std::string> command = {"render",  std::string(entry.shortName()),
-                                                  "-i",      file("in.png"),
-                                                  "-o",      file("twfx.png"),
-                                                  "--depth", "8",
-                                                  "--order", "bgra"};
+        const bool generator = entry.inputs == Plugins::EffectInputs::Generator;
+        const std::vector<std::string> command = {"render",
+                                                  std::string(entry.shortName()),
+                                                  generator ? "--size" : "-i",
+                                                  generator ? "512x512" : file("in.png"),
+                                                  "-o",
+                                                  file("twfx.png"),
+                                                  "--depth",
+                                                  "8",
+                                                  "--order",
+                                                  "bgra"};
         std::ostringstream out, err;
         const int code = Tools::Twfx::runTwfx(joined(command, settings.twfxOptions(), extra), {out, err});
         if (code != 0) {
@@ -294,6 +301,33 @@ TEST_P(HostsTest, MeltRendersEveryFilterAsTwfxDoes) {
         if (changesThePicture(entry, plugin)) {
             EXPECT_NE(rendered, input);
         }
+    });
+}
+
+// A source is ffmpeg's frei0r_src, at the portrait's size. It refuses to start without filter_params,
+// which may be empty.
+TEST_P(HostsTest, FfmpegRendersEverySourceAsTwfxDoes) {
+    const int sources =
+        forEachPlugin(F0R_PLUGIN_TYPE_SOURCE, [&](const EffectEntry& entry, const PluginDescription& plugin) {
+            const HostSettings settings = settingsOf(entry, plugin, HostProgram::Ffmpeg);
+            const std::string source =
+                "frei0r_src=size=512x512:framerate=1:filter_name=" + pluginName(entry) +
+                ":filter_params=" + settings.ffmpegParams();
+            ASSERT_EQ(run({TW_FFMPEG, "-v", "error", "-y", "-f", "lavfi", "-i", source, "-frames:v", "1",
+                           "-vf", "format=rgba", "-f", "rawvideo", file("ffmpeg.rgba")}),
+                      0);
+            EXPECT_EQ(firstDifference(frame("ffmpeg.rgba"), twfxFrame(entry, settings)), "");
+        });
+    EXPECT_GT(sources, 0);
+}
+
+// A source is a producer in melt.
+TEST_P(HostsTest, MeltRendersEverySourceAsTwfxDoes) {
+    forEachPlugin(F0R_PLUGIN_TYPE_SOURCE, [&](const EffectEntry& entry, const PluginDescription& plugin) {
+        const HostSettings settings = settingsOf(entry, plugin, HostProgram::Melt);
+        const std::vector<char> rendered =
+            meltFrame({"frei0r." + pluginName(entry), "in=0", "out=1"}, settings);
+        EXPECT_EQ(firstDifference(rendered, twfxFrame(entry, settings)), "");
     });
 }
 

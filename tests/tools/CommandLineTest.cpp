@@ -50,6 +50,18 @@ TEST_F(CommandLine, RenderNeedsEffectInputAndOutput) {
     expectUsageError(twfx({"render", "Balance", "-i"}), "-i needs a value");
 }
 
+TEST_F(CommandLine, OnlyAGeneratorRendersAFrameOfAGivenSizeWithoutAnInput) {
+    expectUsageError(twfx({"render", "Ramp", "-o", file("out.png")}),
+                     "-i FILE (a generator takes --size instead)");
+    expectUsageError(twfx({"render", "Balance", "--size", "4x4", "-o", file("out.png")}),
+                     "\"Balance\" needs an input image");
+    expectUsageError(renderWith({"--size", "4x4"}), "--size is for a generator without -i");
+    for (const char* size : {"1920", "0x4", "4x", "x4", "4x4x4", "70000x4", "-4x4"}) {
+        expectUsageError(twfx({"render", "Ramp", "--size", size, "-o", file("out.png")}),
+                         "--size takes WIDTHxHEIGHT");
+    }
+}
+
 TEST_F(CommandLine, BadOptionValues) {
     expectUsageError(renderWith({"--depth", "12"}), "--depth must be 8, 16 or 32, not \"12\"");
     expectUsageError(renderWith({"--order", "rgba"}), "--order must be argb or bgra, not \"rgba\"");

@@ -96,6 +96,30 @@ TEST_F(RenderFiles, DownsampledRendersAreSmaller) {
     EXPECT_EQ(out.height, 6);
 }
 
+// The default ramp runs from yellow at the left edge to blue beyond the right one, its last piece
+// from magenta: blue throughout, no green.
+TEST_F(RenderFiles, AGeneratorPaintsAFrameOfTheGivenSizeOrOfTheInputs) {
+    ASSERT_EQ(twfx({"render", "Ramp", "--size", "20x10", "-o", file("ramp.png")}).code, 0);
+    const TestImage<uint8_t> ramp = readImage<uint8_t>(file("ramp.png"));
+    ASSERT_EQ(ramp.width, 20);
+    ASSERT_EQ(ramp.height, 10);
+    ASSERT_EQ(ramp.channels, 4);
+    const auto pixel = [&](int x, int y) {
+        const auto* p = &ramp.values[static_cast<std::size_t>((y * 20 + x) * 4)];
+        return std::vector<int>{p[0], p[1], p[2], p[3]};
+    };
+    EXPECT_EQ(pixel(0, 9), (std::vector<int>{255, 255, 0, 255}));
+    EXPECT_EQ(pixel(19, 0)[1], 0);
+    EXPECT_EQ(pixel(19, 0)[2], 255);
+    EXPECT_EQ(pixel(19, 0)[3], 255);
+
+    ASSERT_EQ(twfx({"render", "Ramp", "--size", "20x10", "--downsample", "0.5", "-o", file("half.png")}).code,
+              0);
+    EXPECT_EQ(readImage<uint8_t>(file("half.png")).width, 10);
+    ASSERT_EQ(twfx({"render", "Ramp", "-i", file("in.png"), "-o", file("over.png")}).code, 0);
+    EXPECT_EQ(readImage<uint8_t>(file("over.png")).height, 6);
+}
+
 TEST_F(RenderFiles, SequencesRenderEachFrameToItsNumber) {
     for (const char* frame : {"in.0009.png", "in.0010.png"})
         std::filesystem::copy_file(file("in.png"), file(frame));

@@ -115,6 +115,22 @@ std::uint32_t threadsOf(const Option& option) {
     return static_cast<std::uint32_t>(*threads);
 }
 
+// The largest side --size takes: beyond any frame a host renders.
+constexpr long long kLargestSide = 65536;
+
+// "WIDTHxHEIGHT".
+FrameSize sizeOf(const Option& option) {
+    const std::size_t cross = option.value.find_first_of("xX");
+    const auto width = parseInteger(option.value.substr(0, cross));
+    const auto height =
+        cross == std::string::npos ? std::nullopt : parseInteger(option.value.substr(cross + 1));
+    if (!width || !height || *width < 1 || *height < 1 || *width > kLargestSide || *height > kLargestSide) {
+        usageError("--size takes WIDTHxHEIGHT, whole numbers from 1 to " + std::to_string(kLargestSide) +
+                   " such as 1920x1080, not " + inQuotes(option.value));
+    }
+    return {static_cast<std::int32_t>(*width), static_cast<std::int32_t>(*height)};
+}
+
 // "A-B", or "A" for one frame.
 FrameRange framesOf(const Option& option) {
     const std::size_t dash = option.value.find('-');
@@ -173,15 +189,24 @@ RenderRequest renderRequest(const Arguments& arguments, std::string_view command
             setOnce(downsample, downsampleOf(option), option);
         } else if (name == "--threads") {
             setOnce(threads, threadsOf(option), option);
+        } else if (name == "--size") {
+            setOnce(request.size, sizeOf(option), option);
         } else if (name == "--frames") {
             setOnce(request.frames, framesOf(option), option);
         } else {
             usageError("unknown option " + name);
         }
     }
-    if (!input) usageError(std::string(command) + " needs an input image: -i FILE");
+    // Whether the effect can do without an input is for the effect to say, once it is found.
+    if (!input && !request.size) {
+        usageError(std::string(command) +
+                   " needs an input image: -i FILE (a generator takes --size instead)");
+    }
+    if (input && request.size) {
+        usageError("--size is for a generator without -i; with -i the frame is the input's");
+    }
     if (!output) usageError(std::string(command) + " needs an output image: -o FILE");
-    request.input = *input;
+    request.input = input.value_or("");
     request.output = *output;
     request.order = order.value_or(ComponentOrder::Argb);
     request.alpha = alpha.value_or(AlphaMode::Straight);

@@ -26,6 +26,12 @@ struct Downsample {
     double y = 1.0;
 };
 
+// The size of a frame a generator renders without an input image.
+struct FrameSize {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+};
+
 struct FrameRange {
     int first = 0;
     int last = 0;
@@ -42,8 +48,9 @@ struct ParamsRequest {
 
 struct RenderRequest {
     std::string effect;
-    std::string input;
+    std::string input;  // empty for a generator given a frame size instead
     std::string output;
+    std::optional<FrameSize> size;     // a generator's frame when there is no input
     std::vector<Assignment> settings;  // applied in command-line order, after the preset
     std::optional<std::string> preset;
     std::vector<Assignment> layers;

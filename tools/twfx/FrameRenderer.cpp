@@ -26,7 +26,7 @@ FrameRenderer::FrameRenderer(const RenderRequest& request, const EffectEntry& ef
 }
 
 void FrameRenderer::render(int frame, const std::function<void(double)>& progress) {
-    FileImage image = readScaled(pathOfFrame(request_.input, frame));
+    FileImage image = startingImage(frame);
     const Image::PixelFormat format =
         frameFormat(request_.depth.value_or(depthForFile(image.spec)), request_.order);
     ImageBuffer input = frameFromFile(image, format, request_.alpha);
@@ -59,9 +59,23 @@ void FrameRenderer::render(int frame, const std::function<void(double)>& progres
 }
 
 FileImage FrameRenderer::readScaled(const std::string& path) const {
-    FileImage image = readImageFile(path);
+    return scaled(readImageFile(path));
+}
+
+FileImage FrameRenderer::scaled(FileImage image) const {
     const Downsample& scale = request_.downsample;
     return scale.x == 1.0 && scale.y == 1.0 ? image : resizedImage(image, scale.x, scale.y);
+}
+
+FileImage FrameRenderer::startingImage(int frame) const {
+    if (!request_.input.empty()) return readScaled(pathOfFrame(request_.input, frame));
+    const int depth = request_.depth.value_or(8);
+    const OIIO::TypeDesc format = depth == 8    ? OIIO::TypeDesc::UINT8
+                                  : depth == 16 ? OIIO::TypeDesc::UINT16
+                                                : OIIO::TypeDesc::FLOAT;
+    OIIO::ImageSpec spec(request_.size->width, request_.size->height, 4, format);
+    std::vector<std::byte> pixels(spec.image_bytes());
+    return scaled(FileImage{std::move(spec), std::move(pixels)});
 }
 
 bool FrameRenderer::renderCancelled(ImageBuffer& input, ImageBuffer& output,

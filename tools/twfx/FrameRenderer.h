@@ -42,6 +42,11 @@ public:
 
 private:
     FileImage readScaled(const std::string& path) const;
+    // The image at the render's resolution.
+    FileImage scaled(FileImage image) const;
+    // The image frame `frame` starts from: the input's, or for a generator without one a transparent
+    // image of the size asked, 8-bit unless another depth is asked.
+    FileImage startingImage(int frame) const;
     // True when the render stopped on the cancel flag; other failures are thrown as RenderFailed.
     bool renderCancelled(Image::ImageBuffer& input, Image::ImageBuffer& output,
                          const std::vector<Image::ImageBuffer*>& layers);

@@ -9,6 +9,10 @@ Usage:
   twfx list                          the effects
   twfx params EFFECT [--save FILE]   an effect's parameters; --save writes them as a preset
   twfx render EFFECT -i IN -o OUT [options]
+  twfx render GENERATOR --size WIDTHxHEIGHT -o OUT [options]
+                                     a generator ("Ramp", "Gradient") paints a frame of that size
+                                     (8-bit unless --depth says otherwise); with -i instead it paints
+                                     a frame of the input's size and place
   twfx retouch -i IN -o OUT [options]
                                      the whole skin retouch: "Smoothing" on a copy of the image and
                                      "Presets" mixing that copy into it where colours are skin; --set
@@ -23,6 +27,7 @@ Render and retouch options:
   -i, --input FILE       the image: PNG, JPEG, TIFF, OpenEXR, DPX and others, 8-bit, 16-bit or float
   -o, --output FILE      where to write; the extension picks the format, the data format and the
                          channels follow the input; the file appears only when the render succeeds
+  --size WIDTHxHEIGHT    a generator's frame, without -i: whole numbers from 1 to 65536
   --set "LABEL=VALUE"    a parameter, as a host shows it: sliders in their own units (percent sliders
                          in percent), checkboxes on/off, popups by item or number from 0, colours
                          r,g,b from 0 to 1, points x,y as fractions of the frame; a label that occurs

@@ -67,6 +67,10 @@ std::vector<LayerSlot> layerSlotsOf(const Param::Parameters& params, const std::
 void runRender(const RenderRequest& request, const Console& console) {
     const FrameRange range = frameRangeOf(request);
     const EffectEntry& effect = findEffect(request.effect);
+    if (request.input.empty() && effect.inputs != Plugins::EffectInputs::Generator) {
+        usageError(inQuotes(effect.displayName) +
+                   " needs an input image: -i FILE; only a generator renders a frame of --size");
+    }
     Param::Parameters params;
     defineParameters(effect, params);
     if (request.preset) loadPreset(params, *request.preset, effect.displayName, console.err);
