@@ -14,6 +14,8 @@
 #include "plugins/CIECCPlugin.h"
 #include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/ColorPresetsPlugin.h"
+#include "plugins/EdgesPlugin.h"
+#include "plugins/GlowPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
@@ -32,6 +34,8 @@
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
     EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
+    EFFECT(EdgesEntry, EdgesPlugin)                           \
+    EFFECT(GlowEntry, GlowPlugin)                             \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \

@@ -13,6 +13,7 @@
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "plugins/BlurPlugin.h"
+#include "plugins/GlowPlugin.h"
 #include "tests/support/BareHost.h"
 
 namespace Tw::Plugins {
@@ -90,8 +91,10 @@ struct RenderSettings {
     std::optional<PixelRect> outputRect = std::nullopt;  // the input's rectangle unless given
 };
 
+// "Blur", or another effect whose one parameter is its radius.
+template <template <class> class Plugin = BlurPlugin>
 ImageBuffer renderBlur(ImageBuffer& in, double radius, const RenderSettings& settings = {}) {
-    BlurPlugin<StandaloneHost> effect;
+    Plugin<StandaloneHost> effect;
     effect.downsampleX = settings.downsampleX;
     effect.downsampleY = settings.downsampleY;
     Param::Parameters params;
@@ -321,6 +324,53 @@ TEST(GaussianBlur, LongLinesCountTheirBufferIn64Bits) {
     EXPECT_EQ(Image::lineBufferEntries(1 << 30, 16), 2 * ((uint64_t{1} << 30) + 8) * 16);
     EXPECT_EQ(Image::lineGroupSize(Image::BlurAxis::Columns, 1, 1 << 30), 1);
     EXPECT_EQ(Image::lineGroupSize(Image::BlurAxis::Rows, 4, 100), 8);
+}
+
+// ---- "Glow": the second derivative across the rows, smoothed down the columns ----
+
+// A flat frame has no curvature: in the middle, many radii from the ends where the derivative starts from
+// nothing and from the bottom where the smoothing brightens, only the recursions' small gains for a
+// constant are left, negative, on every component, alpha included. Float keeps it; integers store 0.
+TEST(Glow, AFlatFrameGivesNearlyNothingInTheMiddle) {
+    for (const PixelFormat format : {fourCC("ae32"), fourCC("Bgra"), fourCC("argb")}) {
+        ImageBuffer in = makeImage({0, 0, 160, 100}, format, [](int, int, int c) { return 0.2 + 0.2 * c; });
+        const ImageBuffer out = renderBlur<GlowPlugin>(in, 5);
+        const double across = constantGain(Image::makeGaussianBlurCoefficients(5, 2));
+        const double down = constantGain(Image::makeGaussianBlurCoefficients(5, 0));
+        EXPECT_LT(across, 0);
+        EXPECT_GT(across, -0.01);
+        for (int c = 0; c < 4; ++c) {
+            const double expected = whiteOf(format) == 1 ? across * down * (0.2 + 0.2 * c) : 0;
+            EXPECT_NEAR(fractionAt(out, 80, 40, c), expected, 1e-8) << Image::formatDepth(format) << " " << c;
+        }
+    }
+}
+
+// A bright bar: the curvature is negative across it, positive beside it. Float keeps the negative
+// response; integers stop at 0.
+TEST(Glow, TheInsideOfABrightBarGoesNegativeInFloatOnly) {
+    const auto bar = [](int x, int, int) { return x >= 40 && x < 50 ? 0.9 : 0.1; };
+    for (const PixelFormat format : {fourCC("ae32"), fourCC("argb"), fourCC("ae16")}) {
+        ImageBuffer in = makeImage({0, 0, 90, 40}, format, bar);
+        const ImageBuffer out = renderBlur<GlowPlugin>(in, 3);
+        const double inside = fractionAt(out, 45, 20, 1), beside = fractionAt(out, 37, 20, 1);
+        EXPECT_GT(beside, 0.01) << Image::formatDepth(format);
+        if (whiteOf(format) == 1) {
+            EXPECT_LT(inside, -0.01);
+        } else {
+            EXPECT_EQ(inside, 0.0) << Image::formatDepth(format);
+        }
+    }
+}
+
+// Unlike "Blur", "Glow" takes its radius in the pixels of the frame it renders, whatever the host's
+// downsampling.
+TEST(Glow, TheRadiusIsInRenderedPixelsAtAnyDownsampling) {
+    ImageBuffer in = makeImage({0, 0, 41, 33}, fourCC("BGra"), testPattern);
+    const std::vector<double> full = fractionsOf(renderBlur<GlowPlugin>(in, 3));
+    EXPECT_EQ(fractionsOf(renderBlur<GlowPlugin>(in, 3, {.downsampleX = 0.5, .downsampleY = 0.5})), full);
+    EXPECT_EQ(fractionsOf(renderNode(in, 3, 3, 2, 0)), full);
+    EXPECT_NE(fractionsOf(renderBlur<GlowPlugin>(in, 1.5)), full);
 }
 
 // ---- The node in the graph ----
