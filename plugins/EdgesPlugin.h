@@ -45,6 +45,8 @@ public:
     static constexpr const char* displayName = "Edges";
     static constexpr bool pixelIndependent = false;
     static constexpr EffectInputs inputs = EffectInputs::Filter;
+    // "Threshold" stays at 0 here: a strength lying at the threshold flips between black and its value
+    // at the least difference, such as a region's recursion starting a few radii out gives.
     static constexpr std::array<const char*, 2> busySettings{"Radius=3", "Invert=on"};
     // The picture is always opaque and made of edges alone: no setting gives the frame back.
     static constexpr bool hasNeutralSettings = false;
