@@ -22,27 +22,19 @@ namespace Param = Tw::Host::Param;
 namespace EdgesParam = Plugins::EdgesParam;
 using EdgesNode = Image::EdgesFilter<StandaloneHost>;
 
-// The strength of two responses, given as fractions of white, and its shade.
-float shadeOf(float x, float y, float thresh, bool invert) {
-    const float m = std::sqrt(std::max(0.0f, y) * std::max(0.0f, y) + std::max(0.0f, x) * std::max(0.0f, x));
-    if (invert) return m >= thresh ? 1.0f - m : 1.0f;
-    return m >= thresh ? m : 0.0f;
-}
-
-// The shade of stored responses as `format` stores it, alpha white.
-Pixel shadeStored(const Pixel& x, const Pixel& y, PixelFormat format, float thresh, bool invert) {
-    const double white = whiteOf(format);
-    const auto fraction = [&](double v) {
-        return white == 255 ? static_cast<float>(v) / 255.0f
-                            : static_cast<float>(v) * static_cast<float>(1 / white);
+// The shade of two stored responses per colour component, alpha white, as `format` stores it: the
+// formula in single precision on fractions of white.
+Pixel shadeOf(const Pixel& x, const Pixel& y, PixelFormat format, float thresh, bool invert) {
+    const auto white = static_cast<float>(whiteOf(format));
+    const auto positive = [&](double v) {
+        return std::max(0.0f, white == 255 ? static_cast<float>(v) / 255.0f : static_cast<float>(v) / white);
     };
-    Pixel out;
+    Pixel out{0, 0, 0, white};
     for (int c = 0; c < 3; ++c) {
-        const float shade = shadeOf(fraction(x[c]), fraction(y[c]), thresh, invert);
-        const float w = static_cast<float>(white);
-        out[c] = white == 1 ? shade : std::trunc(std::clamp(shade * w + 0.5f, 0.0f, w));
+        const float m = std::sqrt(positive(y[c]) * positive(y[c]) + positive(x[c]) * positive(x[c]));
+        const float shade = invert ? (m >= thresh ? 1.0f - m : 1.0f) : (m >= thresh ? m : 0.0f);
+        out[c] = white == 1 ? shade : std::trunc(std::clamp(shade * white + 0.5f, 0.0f, white));
     }
-    out[3] = white;
     return out;
 }
 
@@ -74,8 +66,7 @@ TEST(EdgesNode, CombinesTheTwoResponsesPerComponent) {
                 EdgesNode node(xLayer, yLayer, thresh, invert);
                 const auto out = renderNode(node, xImage.rect, format);
                 for (std::size_t i = 0; i < x.size(); ++i)
-                    EXPECT_EQ(out[i],
-                              shadeStored(x[i], i < y.size() ? y[i] : Pixel{}, format, thresh, invert))
+                    EXPECT_EQ(out[i], shadeOf(x[i], i < y.size() ? y[i] : Pixel{}, format, thresh, invert))
                         << i;
             }
         }
@@ -154,13 +145,14 @@ TEST(Edges, AStepLightsItsDarkSideAloneMirroredAndTransposed) {
     }
 }
 
-// With "Threshold" at 100 only strengths of 1 and more stay: a float frame may reach them.
+// With "Threshold" at 100 only strengths of 1 and more stay, which a float frame may reach.
 TEST(Edges, AThresholdOf100BlacksOutAllBelowOne) {
-    const PixelRect rect{0, 0, 60, 20};
     for (const PixelFormat format : {Image::fourCC("argb"), Image::fourCC("ae32")}) {
-        ImageBuffer in = frameOf(rect, format, [](int x, int) { return x < 30 ? 0.0 : x < 45 ? 1.0 : 40.0; });
-        const auto all = render(in, 1.5), kept = render(in, 1.5, false, 100);
-        const auto inverted = render(in, 1.5, true, 100);
+        ImageBuffer in = frameOf({0, 0, 60, 20}, format, [](int x, int) {
+            return x < 30 ? 0 : x < 45 ? 1 : 40;
+        });
+        const auto all = render(in, 1.5), kept = render(in, 1.5, false, 100),
+                   inverted = render(in, 1.5, true, 100);
         const double white = whiteOf(format);
         int strong = 0;
         for (std::size_t i = 0; i < all.size(); ++i) {
@@ -168,8 +160,7 @@ TEST(Edges, AThresholdOf100BlacksOutAllBelowOne) {
                 const bool stays = all[i][c] >= white;
                 strong += stays;
                 ASSERT_EQ(kept[i][c], stays ? all[i][c] : 0.0) << i;
-                const double shade = static_cast<float>(1.0f - static_cast<float>(all[i][c]));
-                ASSERT_EQ(inverted[i][c], stays ? shade : white) << i;
+                ASSERT_EQ(inverted[i][c], stays ? 1.0f - static_cast<float>(all[i][c]) : white) << i;
             }
         }
         EXPECT_EQ(strong > 0, white == 1);
