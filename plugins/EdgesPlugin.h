@@ -48,7 +48,7 @@ public:
     // "Threshold" stays at 0 here: a strength lying at the threshold flips between black and its value
     // at the least difference, such as a region's recursion starting a few radii out gives.
     static constexpr std::array<const char*, 2> busySettings{"Radius=3", "Invert=on"};
-    // The picture is always opaque and made of edges alone: no setting gives the frame back.
+    // The picture is always opaque: no setting gives the frame back.
     static constexpr bool hasNeutralSettings = false;
     static constexpr std::array<const char*, 0> neutralSettings{};
 

@@ -1,6 +1,7 @@
 #include "image/filters/spatial/EdgesKernel.h"
 
 #include <array>
+#include <type_traits>
 
 #include "image/graph/CoveredRuns.h"
 #include "image/graph/KernelDispatch.h"
