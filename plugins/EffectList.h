@@ -14,6 +14,8 @@
 #include "plugins/CIECCPlugin.h"
 #include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/ColorPresetsPlugin.h"
+#include "plugins/EdgesPlugin.h"
+#include "plugins/GlowPlugin.h"
 #include "plugins/GradientPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
@@ -34,7 +36,10 @@
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
     EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
-    EFFECT(GradientEntry, GradientPlugin)                     \
+#define TW_FOR_EACH_EFFECT(EFFECT) \
+    EFFECT(EdgesEntry, EdgesPlugin) \
+    EFFECT(GlowEntry, GlowPlugin) \
+    EFFECT(GradientEntry, GradientPlugin) \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \

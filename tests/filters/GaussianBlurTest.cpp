@@ -13,6 +13,7 @@
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "plugins/BlurPlugin.h"
+#include "plugins/GlowPlugin.h"
 #include "tests/support/BareHost.h"
 
 namespace Tw::Plugins {
@@ -90,8 +91,10 @@ struct RenderSettings {
     std::optional<PixelRect> outputRect = std::nullopt;  // the input's rectangle unless given
 };
 
+// "Blur", or another effect whose one parameter is its radius.
+template <template <class> class Plugin = BlurPlugin>
 ImageBuffer renderBlur(ImageBuffer& in, double radius, const RenderSettings& settings = {}) {
-    BlurPlugin<StandaloneHost> effect;
+    Plugin<StandaloneHost> effect;
     effect.downsampleX = settings.downsampleX;
     effect.downsampleY = settings.downsampleY;
     Param::Parameters params;
@@ -321,6 +324,41 @@ TEST(GaussianBlur, LongLinesCountTheirBufferIn64Bits) {
     EXPECT_EQ(Image::lineBufferEntries(1 << 30, 16), 2 * ((uint64_t{1} << 30) + 8) * 16);
     EXPECT_EQ(Image::lineGroupSize(Image::BlurAxis::Columns, 1, 1 << 30), 1);
     EXPECT_EQ(Image::lineGroupSize(Image::BlurAxis::Rows, 4, 100), 8);
+}
+
+// ---- "Glow": the second derivative across the rows, smoothed down the columns ----
+
+// Glow shows curvature alone. A bright bar curves down inside and up beside it; float keeps the negative
+// response inside, integers stop at 0. Far from the bar and from the frame's ends (where the derivative
+// starts from nothing, and where the smoothing brightens at the bottom) the frame is flat: only the
+// recursions' small gains for a constant are left, negative, on every component, alpha included.
+TEST(Glow, ABrightBarInAFlatFrame) {
+    const auto level = [](int x, int, int c) { return x >= 40 && x < 50 ? 0.9 : 0.1 + 0.1 * c; };
+    const double across = constantGain(Image::makeGaussianBlurCoefficients(3, 2));
+    const double down = constantGain(Image::makeGaussianBlurCoefficients(3, 0));
+    EXPECT_LT(across, 0);
+    EXPECT_GT(across, -0.01);
+    for (const PixelFormat format : {fourCC("ae32"), fourCC("Bgra"), fourCC("argb"), fourCC("ae16")}) {
+        ImageBuffer in = makeImage({0, 0, 160, 100}, format, level);
+        const ImageBuffer out = renderBlur<GlowPlugin>(in, 3);
+        const bool floats = whiteOf(format) == 1;
+        EXPECT_GT(fractionAt(out, 37, 40, 1), 0.01);
+        EXPECT_TRUE(floats ? fractionAt(out, 45, 40, 1) < -0.01 : fractionAt(out, 45, 40, 1) == 0);
+        for (int c = 0; c < 4; ++c) {
+            const double flat = floats ? across * down * level(110, 40, c) : 0;
+            EXPECT_NEAR(fractionAt(out, 110, 40, c), flat, 1e-8) << Image::formatDepth(format) << " " << c;
+        }
+    }
+}
+
+// Unlike "Blur", "Glow" takes its radius in the pixels of the frame it renders, whatever the host's
+// downsampling.
+TEST(Glow, TheRadiusIsInRenderedPixelsAtAnyDownsampling) {
+    ImageBuffer in = makeImage({0, 0, 41, 33}, fourCC("BGra"), testPattern);
+    const std::vector<double> full = fractionsOf(renderBlur<GlowPlugin>(in, 3));
+    EXPECT_EQ(fractionsOf(renderBlur<GlowPlugin>(in, 3, {.downsampleX = 0.5, .downsampleY = 0.5})), full);
+    EXPECT_EQ(fractionsOf(renderNode(in, 3, 3, 2, 0)), full);
+    EXPECT_NE(fractionsOf(renderBlur<GlowPlugin>(in, 1.5)), full);
 }
 
 // ---- The node in the graph ----
