@@ -22,16 +22,19 @@
 
 namespace Tw::Image {
 
-// What one processor run holds: the running sums along the rows and the table, their running sums down
+// What one processor run holds: the running sums along the rows, and the table, their running sums down
 // the columns, both over the table's rectangle; and the map as the boxes read it, which is a copy in the
-// frame's format when the host gave it in another.
+// frame's format when the host gave it in another. The table lies within a border of one cell of zeros,
+// which is what the boxes read for a cell outside it.
 struct CompoundBlurRun {
     template <class Host>
     CompoundBlurRun(Host& host, const ImageBuffer& source, const ImageBuffer& givenMap,
                     const ImageBuffer& output, const PixelRect& region)
-        : rowSums(&host), table(&host), mapCopy(&host), map(&givenMap) {
+        : rowSums(&host), tableWithBorder(&host), table(&host), mapCopy(&host), map(&givenMap) {
         rowSums.allocate(region, floatFormatLike(source));
-        table.allocate(region, floatFormatLike(source));
+        tableWithBorder.allocate(region.grown(1, 1), floatFormatLike(source));
+        tableWithBorder.clearOutside(tableWithBorder.rect, region);
+        table.viewOf(tableWithBorder, region);
         if (givenMap.hasStorage() && givenMap.pixelFormat() != output.pixelFormat()) {
             mapCopy.allocateLike(output, givenMap.rect);
             mapCopy.copyFrom(givenMap);
@@ -40,6 +43,7 @@ struct CompoundBlurRun {
     }
 
     ImageBuffer rowSums;
+    ImageBuffer tableWithBorder;
     ImageBuffer table;
     ImageBuffer mapCopy;
     const ImageBuffer* map;

@@ -13,43 +13,14 @@ namespace Tw::Image {
 
 namespace {
 
-// The table as the corners read it: cell (column, row) counted from its top left. The table sums the
-// source up to and including a cell, so the sum of everything before a box edge at e lies in cell e - 1.
-struct TableCells {
-    const std::byte* first;
-    std::ptrdiff_t stride;
-    int32_t width;
-    int32_t height;
-
-    // A cell as four floats. `Checked` reads a cell outside the table as zero; the unchecked read is for
-    // boxes known to lie within the table with every cell their corners read.
-    template <bool Checked>
-    [[gnu::always_inline]] FloatVector<4> at(int32_t column, int32_t row) const {
-        if constexpr (Checked) {
-            if (column < 0 || column >= width || row < 0 || row >= height) return FloatVector<4>{};
-        }
-        return loadStored<4>(reinterpret_cast<const float*>(first + row * stride) + 4 * column);
-    }
-
-    // The sum before a corner whose edges fall `columnWeight` of the way past the cell `column` and
-    // `rowWeight` past `row`: the four cells around it, interpolated along the row first, then down.
-    template <bool Checked>
-    [[gnu::always_inline]] FloatVector<4> corner(int32_t column, float columnWeight, int32_t row,
-                                                 float rowWeight) const {
-        using F = FloatVector<4>;
-        const F a0 = at<Checked>(column, row), a1 = at<Checked>(column + 1, row);
-        const F b0 = at<Checked>(column, row + 1), b1 = at<Checked>(column + 1, row + 1);
-        const F upper = a0 + (a1 - a0) * columnWeight;
-        const F lower = b0 + (b1 - b0) * columnWeight;
-        return upper + (lower - upper) * rowWeight;
-    }
-};
-
-// Where the boxes of Lanes neighbouring pixels meet the table: per edge, the cell its corners start from
-// and the weight of the next one, and one over each box's area.
+// Where the boxes of Lanes neighbouring pixels meet the table. The table sums the source up to and
+// including a cell, so the sum of everything before a box edge at e lies in cell e - 1, and a corner
+// interpolates between that cell and the next. Per edge: those two cells (`left` and `leftNext`, ...),
+// every one of them within the table's border of zeros, and the weight of the next one; and one over each
+// box's area.
 template <int Lanes>
 struct Boxes {
-    IntVector<Lanes> left, right, top, bottom;
+    IntVector<Lanes> left, leftNext, right, rightNext, top, topNext, bottom, bottomNext;
     FloatVector<Lanes> leftWeight, rightWeight, topWeight, bottomWeight;
     FloatVector<Lanes> inverseArea;
 };
@@ -62,18 +33,32 @@ template <int Lanes>
     return above < high ? above : F{} + high;
 }
 
-// An edge in table units split into the cell before it (the whole part less one) and the fraction past.
 template <int Lanes>
-[[gnu::always_inline]] inline void placeEdge(FloatVector<Lanes> edge, IntVector<Lanes>& cell,
-                                             FloatVector<Lanes>& weight) {
-    const FloatVector<Lanes> whole = roundDown<Lanes>(edge);
-    weight = edge - whole;
-    cell = __builtin_convertvector(whole, IntVector<Lanes>) - 1;
+[[gnu::always_inline]] inline IntVector<Lanes> within(IntVector<Lanes> index, int32_t low, int32_t high) {
+    const IntVector<Lanes> above = index > low ? index : IntVector<Lanes>{} + low;
+    return above < high ? above : IntVector<Lanes>{} + high;
 }
 
-// The rectangle of the table's cells, in frame coordinates, as the box edges are limited to it.
+// An edge `edge` cells into a table of `size` cells: the cells its corner reads and the weight of the
+// second. A cell outside the table moves to the border just beyond it, whose zeros are what any cell
+// outside reads; within a table whose coordinates floats hold exactly, edges cut to the table need no
+// move, but no edge can ever reach past the border.
+template <int Lanes>
+[[gnu::always_inline]] inline void placeEdge(FloatVector<Lanes> edge, int32_t size, IntVector<Lanes>& cell,
+                                             IntVector<Lanes>& next, FloatVector<Lanes>& weight) {
+    const FloatVector<Lanes> whole = roundDown<Lanes>(edge);
+    weight = edge - whole;
+    // Beyond the range of an integer, conversion gives the least one, which moves to the border too.
+    const IntVector<Lanes> wholeCell =
+        within<Lanes>(__builtin_convertvector(whole, IntVector<Lanes>), 0, size + 1);
+    cell = wholeCell - 1;
+    next = within<Lanes>(wholeCell, -1, size);
+}
+
+// The rectangle of the table's cells, in frame coordinates, as the box edges are cut to it, and its size.
 struct TableEdges {
     float left, lastColumn, top, lastRow;
+    int32_t width, height;
 };
 
 // The boxes of half widths `h` around the pixels at columns `x` of row `y`. Each edge is cut to the
@@ -88,29 +73,24 @@ template <int Lanes>
         (within<Lanes>(((x + h) + 1.0f) - 1.0f, table.left, table.lastColumn) + 1.0f) - table.left;
     const F top = within<Lanes>(row - h, table.top, table.lastRow) - table.top;
     const F bottom = (within<Lanes>(((row + h) + 1.0f) - 1.0f, table.top, table.lastRow) + 1.0f) - table.top;
-    Boxes<Lanes> boxes;
-    boxes.inverseArea = 1.0f / ((bottom - top) * (right - left));
-    placeEdge<Lanes>(left, boxes.left, boxes.leftWeight);
-    placeEdge<Lanes>(right, boxes.right, boxes.rightWeight);
-    placeEdge<Lanes>(top, boxes.top, boxes.topWeight);
-    placeEdge<Lanes>(bottom, boxes.bottom, boxes.bottomWeight);
-    return boxes;
+    Boxes<Lanes> b;
+    b.inverseArea = 1.0f / ((bottom - top) * (right - left));
+    placeEdge<Lanes>(left, table.width, b.left, b.leftNext, b.leftWeight);
+    placeEdge<Lanes>(right, table.width, b.right, b.rightNext, b.rightWeight);
+    placeEdge<Lanes>(top, table.height, b.top, b.topNext, b.topWeight);
+    placeEdge<Lanes>(bottom, table.height, b.bottom, b.bottomNext, b.bottomWeight);
+    return b;
 }
 
-// The pixels whose boxes lie within the table, with every cell their corners read, whatever the map
-// says: those at least the largest half width from its edges, plus the cell read before the near edges
-// and after the far ones, and one more against rounding. None when the radius or the table's place is
-// beyond where floats keep whole pixels apart.
-PixelRect uncheckedPixels(const PixelRect& table, float radiusX) {
-    const float reach = std::fabs(radiusX);
-    constexpr int32_t kExact = 1 << 22;
-    const auto exact = [](int32_t v) { return v > -kExact && v < kExact; };
-    if (!(reach < 0x1p20f) || !exact(table.left) || !exact(table.top) || !exact(table.right) ||
-        !exact(table.bottom)) {
-        return PixelRect::empty();
-    }
-    const auto margin = static_cast<int32_t>(std::ceil(reach)) + 2;
-    return {table.left + margin, table.top + margin, table.right - margin, table.bottom - margin};
+// The cells of two corners on one row of the table, the first in lanes 0 to 3, the second in 4 to 7.
+[[gnu::always_inline]] inline FloatVector<8> cellPair(const float* row, int32_t first, int32_t second) {
+    return __builtin_shufflevector(loadStored<4>(row + 4 * first), loadStored<4>(row + 4 * second), 0, 1, 2,
+                                   3, 4, 5, 6, 7);
+}
+
+// Four times `a`, then four times `b`.
+[[gnu::always_inline]] inline FloatVector<8> weightPair(float a, float b) {
+    return FloatVector<8>{a, a, a, a, b, b, b, b};
 }
 
 template <class Layout, int Lanes>
@@ -123,29 +103,46 @@ public:
              bool invert)
         : out_(ImageView<T>::of(output)),
           map_(ImageView<T>::of(map)),
-          cells_{table.pixels(), table.rowStride(), table.rect.width(), table.rect.height()},
-          edges_{static_cast<float>(table.rect.left), static_cast<float>(table.rect.right - 1),
-                 static_cast<float>(table.rect.top), static_cast<float>(table.rect.bottom - 1)},
+          table_(table.pixels()),
+          tableStride_(table.rowStride()),
+          edges_{static_cast<float>(table.rect.left),
+                 static_cast<float>(table.rect.right - 1),
+                 static_cast<float>(table.rect.top),
+                 static_cast<float>(table.rect.bottom - 1),
+                 table.rect.width(),
+                 table.rect.height()},
           radiusX_(radiusX),
           invert_(invert) {}
 
     // Pixels `begin` to `end` of row `y`; `mapped` when the map has them all, else it reads as zero there.
-    template <bool Checked>
     void run(int32_t y, int32_t begin, int32_t end, bool mapped) const {
+        using Pair = FloatVector<8>;
         T* out = out_.at(begin, y);
         for (int32_t x = begin; x < end; x += Lanes) {
             const int count = std::min<int32_t>(Lanes, end - x);
             const F h = halfWidths(mapped ? luminances(x, y, count) : F{});
             const Boxes<Lanes> b = boxesOf<Lanes>(h, columnsFrom(x), static_cast<float>(y), edges_);
             for (int k = 0; k < count; ++k, out += 4) {
-                const auto corner = [&](int32_t column, float columnWeight, int32_t row, float rowWeight) {
-                    return cells_.corner<Checked>(column, columnWeight, row, rowWeight);
+                // The left and the right corner of a box side by side, along the rows first, then down.
+                const Pair acrossWeights = weightPair(b.leftWeight[k], b.rightWeight[k]);
+                const auto along = [&](int32_t row) {
+                    const float* cells = tableRow(row);
+                    const Pair from = cellPair(cells, b.left[k], b.right[k]);
+                    const Pair to = cellPair(cells, b.leftNext[k], b.rightNext[k]);
+                    return from + (to - from) * acrossWeights;
                 };
+                const auto corners = [&](int32_t row, int32_t nextRow, float downWeight) {
+                    const Pair upper = along(row);
+                    const Pair lower = along(nextRow);
+                    return upper + (lower - upper) * downWeight;
+                };
+                const Pair top = corners(b.top[k], b.topNext[k], b.topWeight[k]);
+                const Pair bottom = corners(b.bottom[k], b.bottomNext[k], b.bottomWeight[k]);
                 const FloatVector<4> sum =
-                    corner(b.right[k], b.rightWeight[k], b.bottom[k], b.bottomWeight[k]) -
-                    corner(b.left[k], b.leftWeight[k], b.bottom[k], b.bottomWeight[k]) -
-                    corner(b.right[k], b.rightWeight[k], b.top[k], b.topWeight[k]) +
-                    corner(b.left[k], b.leftWeight[k], b.top[k], b.topWeight[k]);
+                    FloatVector<4>(__builtin_shufflevector(bottom, bottom, 4, 5, 6, 7)) -
+                    FloatVector<4>(__builtin_shufflevector(bottom, bottom, 0, 1, 2, 3)) -
+                    FloatVector<4>(__builtin_shufflevector(top, top, 4, 5, 6, 7)) +
+                    FloatVector<4>(__builtin_shufflevector(top, top, 0, 1, 2, 3));
                 storeStored<4>(out, clampedStored<T, 4>(sum * b.inverseArea[k]));
             }
         }
@@ -154,6 +151,10 @@ public:
     const ImageView<T>& map() const { return map_; }
 
 private:
+    const float* tableRow(int32_t row) const {
+        return reinterpret_cast<const float*>(table_ + static_cast<std::ptrdiff_t>(row) * tableStride_);
+    }
+
     static F columnsFrom(int32_t x) {
         IntVector<Lanes> columns;
         for (int k = 0; k < Lanes; ++k)
@@ -188,7 +189,8 @@ private:
 
     ImageView<T> out_;
     ImageView<T> map_;
-    TableCells cells_;
+    const std::byte* table_;
+    std::ptrdiff_t tableStride_;
     TableEdges edges_;
     float radiusX_;
     bool invert_;
@@ -199,25 +201,14 @@ private:
 void compoundBlurBand(ImageBuffer& output, const ImageBuffer& table, const ImageBuffer& map,
                       const PixelRect& band, CpuFeatures features, Progress& progress, float radiusX,
                       bool invert) {
-    const PixelRect unchecked = uncheckedPixels(table.rect, radiusX);
     dispatchKernel(output, features, [&](auto layout, auto isa) {
         const BoxMeans<decltype(layout), kPixelLanes<decltype(isa)>> means(output, table, map, radiusX,
                                                                            invert);
         const PixelRect mapped = means.map().hasPixels() ? means.map().rect : PixelRect::empty();
         forEachRow(band, progress, [&](int32_t y) {
-            const bool fastRow = y >= unchecked.top && y < unchecked.bottom;
-            // Pixels near the table's edges take the checked reads, the rest the unchecked ones.
-            const auto span = [&](int32_t begin, int32_t end, bool hasMap) {
-                if (!fastRow) return means.template run<true>(y, begin, end, hasMap);
-                const int32_t fastBegin = std::clamp(unchecked.left, begin, end);
-                const int32_t fastEnd = std::clamp(unchecked.right, fastBegin, end);
-                means.template run<true>(y, begin, fastBegin, hasMap);
-                means.template run<false>(y, fastBegin, fastEnd, hasMap);
-                means.template run<true>(y, fastEnd, end, hasMap);
-            };
             forEachInputSpan(
-                band, y, mapped, [&](int32_t begin, int32_t end) { span(begin, end, true); },
-                [&](int32_t begin, int32_t end) { span(begin, end, false); });
+                band, y, mapped, [&](int32_t begin, int32_t end) { means.run(y, begin, end, true); },
+                [&](int32_t begin, int32_t end) { means.run(y, begin, end, false); });
         });
     });
 }

@@ -9,9 +9,10 @@
 // bits a region of up to 65,793 white pixels above and left of a cell (257 x 256), at 16 bits (white
 // 32768) one of 512. Past it each sum keeps 24 significant bits, and since a box's mean is the difference
 // of four such sums, its error grows with their size, not with the box's: the sums of a white 8-bit
-// 1920 x 1080 frame reach 5.3e8, whose last place is 64, so a box of one pixel near the bottom right may
-// come out tens of levels off. Float frames are never exact; a white one of 1920 x 1080 sums to about 2^21,
-// where the last place is a quarter of white.
+// 1920 x 1080 frame reach 5.3e8, whose last place is 64, and a box of one pixel far from the top left comes
+// out up to 31 levels off. Float frames are never exact: one of 1920 x 1080 of values around half of white
+// sums to about 2^20, where the last place is an eighth of white, and such a box is off by up to 6 % of
+// white.
 #pragma once
 
 #include "image/core/CpuFeatures.h"
