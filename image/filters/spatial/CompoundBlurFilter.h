@@ -72,7 +72,7 @@ public:
         const auto& o = static_cast<const CompoundBlurFilter&>(other);
         return radiusX == o.radiusX && radiusY == o.radiusY && invert == o.invert;
     }
-    // Rows sums, column sums and the boxes, each over the whole region in turn.
+    // Row sums, column sums and the boxes, each over the whole region in turn.
     int passCount() const override { return 3; }
     uint64_t scratchBytes(const DeviceContext* /*device*/, const PixelRect& rect,
                           const ImageDescriptor& /*format*/) const override {

@@ -1,7 +1,6 @@
 #include "image/filters/spatial/CompoundBlurKernel.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "image/graph/ImageView.h"
@@ -93,6 +92,10 @@ template <int Lanes>
     return FloatVector<8>{a, a, a, a, b, b, b, b};
 }
 
+// The boxes of the pixels of a row, Lanes at a time. One form serves every pixel, near the table's edges
+// or not: what keeps a box's cells within the table is a few vector comparisons per Lanes pixels
+// (placeEdge), which a box wholly inside passes unchanged, so a second form for such boxes would save
+// next to nothing.
 template <class Layout, int Lanes>
 class BoxMeans {
 public:
@@ -165,8 +168,9 @@ private:
     // The map's luminance at `count` pixels from (x, y), as fractions of white.
     F luminances(int32_t x, int32_t y, int count) const {
         const T* pixels = map_.at(x, y);
-        T padded[4 * Lanes] = {};
+        T padded[4 * Lanes];
         if (count < Lanes) {
+            std::memset(padded, 0, sizeof padded);
             std::memcpy(padded, pixels, sizeof(T) * 4 * static_cast<std::size_t>(count));
             pixels = padded;
         }
