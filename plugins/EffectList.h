@@ -14,6 +14,7 @@
 #include "plugins/CIECCPlugin.h"
 #include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/ColorPresetsPlugin.h"
+#include "plugins/CompoundBlurPlugin.h"
 #include "plugins/EdgesPlugin.h"
 #include "plugins/GlowPlugin.h"
 #include "plugins/GradientPlugin.h"
@@ -37,6 +38,7 @@
     EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
 #define TW_FOR_EACH_EFFECT(EFFECT) \
+    EFFECT(CompoundBlurEntry, CompoundBlurPlugin) \
     EFFECT(EdgesEntry, EdgesPlugin) \
     EFFECT(GlowEntry, GlowPlugin) \
     EFFECT(GradientEntry, GradientPlugin) \
