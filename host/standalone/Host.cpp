@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "host/standalone/FrameParameters.h"
 #include "image/graph/WorkerFailure.h"
 
 namespace Tw::Host::Standalone {
@@ -54,7 +55,12 @@ int32_t Host::render(Param::Parameters& params, Image::ImageBuffer& input, Image
     Image::ImageBuffer aux(this);
     aux.rect = input.rect;
     try {
-        renderFrame(params, input, output, aux, layers);
+        if (FrameParameters::readsPoints(params)) {
+            FrameParameters framed(params, layerRect.isEmpty() ? input.rect : layerRect);
+            renderFrame(framed, input, output, aux, layers);
+        } else {
+            renderFrame(params, input, output, aux, layers);
+        }
     } catch (const Interrupted&) {
         setOutputFrame(nullptr);
         return abortCode();

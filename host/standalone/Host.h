@@ -94,6 +94,9 @@ public:
     // Effects scale their radii by it, since radii are given in full-resolution pixels.
     double downsampleX = 1.0;
     double downsampleY = 1.0;
+    // The effect's whole layer, whose width and height point parameters are fractions of. Empty: the
+    // input's rectangle, which is the whole layer unless the caller hands over only part of it.
+    Image::PixelRect layerRect = Image::PixelRect::empty();
     // Workers to use; 0 means every worker of the pool.
     uint32_t threadCount = 0;
     // Processor features the kernels may use; clearing bits selects narrower code variants.

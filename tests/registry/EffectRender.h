@@ -72,6 +72,8 @@ public:
         std::vector<Image::LayerRequest> requests;
         const Image::PixelRect asked = effect_->inputRect(params_, rect, input_.rect, requests);
         Image::ImageBuffer input = cutTo(input_, asked);
+        // Points stay fractions of the whole layer, as a host that hands over part of it keeps them.
+        effect_->layerRect = input_.rect;
         output.allocate(rect, input_.pixelFormat());
         return effect_->render(params_, input, output, layers_);
     }
