@@ -14,6 +14,7 @@
 #include "plugins/CIECCPlugin.h"
 #include "plugins/ColorCorrectionPlugin.h"
 #include "plugins/ColorPresetsPlugin.h"
+#include "plugins/LightBurstPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/SharpenPlugin.h"
@@ -32,6 +33,7 @@
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
     EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
+    EFFECT(LightBurstEntry, LightBurstPlugin)                 \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \
