@@ -20,11 +20,19 @@ namespace {
 
 // The kernel runs on packs of P neighbouring pixels of a row, one lane of an integer or float vector per
 // pixel: each lane follows its own ray, so the samples of a step lie anywhere and are gathered. The
-// components of a pack's samples sit side by side in one vector, where the largest of each is one
-// comparison of the whole vector: for 8-bit pixels, eight samples are one gather of pixel words and one
-// byte maximum.
+// components of a pack's samples sit side by side in vectors as wide as the lanes' (4 P bytes), where the
+// largest of each is one comparison of a whole vector: for 8-bit pixels, eight samples are eight loads of
+// pixel words and one byte maximum. The loads are plain ones: the processor's gather instructions take
+// longer for the same eight words on the processors measured, AMD's and Intel's since its gathers were
+// made safe.
 template <class T, int P>
-using PackComponents = Vector<T, 4 * P>;
+struct Pack {
+    // Pixels to a part: P at 8 bits, P / 2 at 16, P / 4 in floats.
+    static constexpr int kPartPixels = P / static_cast<int>(sizeof(T));
+    using Part = Vector<T, 4 * kPartPixels>;
+
+    Part parts[sizeof(T)];
+};
 
 template <int P>
 IntVector<P> laneNumbers() {
@@ -34,73 +42,49 @@ IntVector<P> laneNumbers() {
     return lanes;
 }
 
-// Two vectors side by side.
-template <class V>
-[[gnu::always_inline]] inline auto joined(V low, V high) {
-    constexpr std::size_t n = sizeof(V) / sizeof(low[0]);
-    return [&]<std::size_t... I>(std::index_sequence<I...>) {
-        using Element = std::remove_cvref_t<decltype(low[0])>;
-        return Vector<Element, 2 * n>(__builtin_shufflevector(low, high, I...));
-    }
-    (std::make_index_sequence<2 * n>{});
-}
-
-// Pixels first .. first + count - 1 of `pixels` side by side.
-template <int First, int Count>
-[[gnu::always_inline]] inline auto joinedPixels(const FloatVector<4>* pixels) {
-    if constexpr (Count == 1) {
-        return pixels[First];
-    } else {
-        return joined(joinedPixels<First, Count / 2>(pixels),
-                      joinedPixels<First + Count / 2, Count / 2>(pixels));
-    }
-}
-
-// The components of the P pixels at base + offsets[lane] bytes, lane by lane.
-template <class T, int P, class Variant>
-[[gnu::always_inline]] inline PackComponents<T, P> gatherPixels(const std::byte* base, IntVector<P> offsets) {
-    using Pack = PackComponents<T, P>;
-#if (defined(__x86_64__) || defined(__i386__)) && !defined(__clang__) && !defined(TW_BASELINE_KERNELS_ONLY)
-    // The processor's gathers, called as g++ builtins, which it checks against the instruction set only
-    // once they are inlined into the AVX2 variant.
-    if constexpr (std::is_same_v<Variant, Isa::Avx2> && P == 8 && sizeof(T) == 1) {
-        return std::bit_cast<Pack>(__builtin_ia32_gathersiv8si(
-            IntVector<8>{}, reinterpret_cast<const int*>(base), offsets, IntVector<8>{} - 1, 1));
-    } else if constexpr (std::is_same_v<Variant, Isa::Avx2> && P == 8 && sizeof(T) == 2) {
-        using Words = Vector<long long, 4>;
-        const auto half = [&](IntVector<4> part) {
-            return __builtin_ia32_gathersiv4di(Words{}, reinterpret_cast<const long long*>(base), part,
-                                               Words{} - 1, 1);
-        };
-        return std::bit_cast<Pack>(joined(half(__builtin_shufflevector(offsets, offsets, 0, 1, 2, 3)),
-                                          half(__builtin_shufflevector(offsets, offsets, 4, 5, 6, 7))));
-    }
-#endif
+// The N pixels at base + offsets[first + i] bytes, i from 0 to N - 1, side by side in one vector, each
+// pixel one load: of an integer word that holds its 8 or 16-bit components, or of its four floats.
+template <class T, int N, int P, std::size_t... I>
+[[gnu::always_inline]] inline Vector<T, 4 * N> pixelsAt(const std::byte* base, const IntVector<P>& offsets,
+                                                        int first, std::index_sequence<I...>) {
     if constexpr (std::is_same_v<T, float>) {
-        // Each pixel one load of its four components.
-        FloatVector<4> pixels[P];
-        for (int lane = 0; lane < P; ++lane)
-            pixels[lane] = loadStored<4>(reinterpret_cast<const float*>(base + offsets[lane]));
-        return joinedPixels<0, P>(pixels);
+        const FloatVector<4> pixels[N] = {
+            loadStored<4>(reinterpret_cast<const float*>(base + offsets[first + I]))...};
+        if constexpr (N == 1) {
+            return pixels[0];
+        } else {
+            static_assert(N == 2);
+            return __builtin_shufflevector(pixels[0], pixels[1], 0, 1, 2, 3, 4, 5, 6, 7);
+        }
     } else {
-        // A pixel of 8 or 16-bit components as one integer word.
         using Word = std::conditional_t<sizeof(T) == 1, uint32_t, uint64_t>;
         const auto word = [&](int lane) {
             Word w;
             std::memcpy(&w, base + offsets[lane], sizeof w);
             return w;
         };
-        return [&]<std::size_t... Lane>(std::index_sequence<Lane...>) {
-            return std::bit_cast<Pack>(Vector<Word, P>{word(Lane)...});
-        }
-        (std::make_index_sequence<P>{});
+        return std::bit_cast<Vector<T, 4 * N>>(Vector<Word, N>{word(first + static_cast<int>(I))...});
     }
 }
 
+// The P pixels at base + offsets[lane] bytes, lane by lane.
+template <class T, int P>
+[[gnu::always_inline]] inline Pack<T, P> gatherPixels(const std::byte* base, const IntVector<P>& offsets) {
+    constexpr int n = Pack<T, P>::kPartPixels;
+    Pack<T, P> pack;
+    for (std::size_t part = 0; part < sizeof(T); ++part)
+        pack.parts[part] =
+            pixelsAt<T, n, P>(base, offsets, static_cast<int>(part) * n, std::make_index_sequence<n>{});
+    return pack;
+}
+
 // The larger of each pair of components; a sample that is no number leaves `best` as it is.
-template <class V>
-[[gnu::always_inline]] inline V componentMax(V best, V sample) {
-    return best < sample ? sample : best;
+template <class T, int P>
+[[gnu::always_inline]] inline Pack<T, P> componentMax(const Pack<T, P>& best, const Pack<T, P>& sample) {
+    Pack<T, P> larger;
+    for (std::size_t part = 0; part < sizeof(T); ++part)
+        larger.parts[part] = best.parts[part] < sample.parts[part] ? sample.parts[part] : best.parts[part];
+    return larger;
 }
 
 // (best - p) * amount + p for Lanes components, cut toward zero at the integer depths.
@@ -112,12 +96,12 @@ template <int Lanes, class T>
 
 // Pixels x0 .. x0 + count - 1 of row y, count at most P. `Clamped` reads each sample at its coordinates
 // clamped to the input's rectangle; otherwise every sample must lie inside it.
-template <class T, int P, class Variant, bool Clamped>
+template <class T, int P, bool Clamped>
 [[gnu::always_inline]] inline void burstPack(const ImageView<T>& out, const ImageView<T>& in, int32_t x0,
                                              int32_t y, int count, const LightBurstRays& rays) {
     using F = FloatVector<P>;
     using I = IntVector<P>;
-    using Pack = PackComponents<T, P>;
+    using Pixels = Pack<T, P>;
     constexpr int32_t kPixelBytes = 4 * sizeof(T);
     const I lanes = laneNumbers<P>();
 
@@ -142,44 +126,45 @@ template <class T, int P, class Variant, bool Clamped>
         if constexpr (Clamped) {
             const I left = I{} + r.left, last = I{} + (r.right - 1);
             const I top = I{} + r.top, bottom = I{} + (r.bottom - 1);
-            sx = sx < left ? left : sx > last ? last : sx;
-            sy = sy < top ? top : sy > bottom ? bottom : sy;
+            sx = sx < left ? left : sx;
+            sx = sx > last ? last : sx;
+            sy = sy < top ? top : sy;
+            sy = sy > bottom ? bottom : sy;
         }
         return (sy - baseY) * stride + (sx - baseX) * kPixelBytes;
     };
 
     // The first sample is the pixel itself.
-    Pack p;
+    Pixels p;
     if constexpr (Clamped) {
-        p = gatherPixels<T, P, Variant>(base, offsetsAt(0.0f));
+        p = gatherPixels<T, P>(base, offsetsAt(0.0f));
     } else {
         std::memcpy(&p, base, sizeof p);
     }
-    Pack best = rays.steps > 0 ? componentMax(Pack{}, p) : Pack{};
+    Pixels best = rays.steps > 0 ? componentMax(Pixels{}, p) : Pixels{};
     float k = 1.0f;  // whole numbers are exact in a float up to 2^24, beyond any step count
     for (int32_t step = 1; step < rays.steps; ++step, k += 1.0f)
-        best = componentMax(best, gatherPixels<T, P, Variant>(base, offsetsAt(k)));
+        best = componentMax(best, gatherPixels<T, P>(base, offsetsAt(k)));
 
-    // The mix, a vector of floats at a time and one pixel at a time for a pack's odd pixel at its end.
+    // The mix, P components at a time, and one pixel at a time where a short pack leaves fewer.
     T bestComponents[4 * P], pixelComponents[4 * P], partial[4 * P];
     std::memcpy(bestComponents, &best, sizeof best);
     std::memcpy(pixelComponents, &p, sizeof p);
     T* to = count == P ? out.at(x0, y) : partial;
-    constexpr int kLanes = kPixelLanes<Variant>;
     int c = 0;
-    for (; c + kLanes <= 4 * count; c += kLanes)
-        storeMix<kLanes>(to + c, bestComponents + c, pixelComponents + c, rays.amount);
+    for (; c + P <= 4 * count; c += P)
+        storeMix<P>(to + c, bestComponents + c, pixelComponents + c, rays.amount);
     for (; c < 4 * count; c += 4)
         storeMix<4>(to + c, bestComponents + c, pixelComponents + c, rays.amount);
     if (to == partial) std::memcpy(out.at(x0, y), partial, sizeof(T) * 4 * count);
 }
 
 // Pixels begin .. end - 1 of row y in packs of P, the last one short where the run ends within it.
-template <class T, int P, class Variant, bool Clamped>
+template <class T, int P, bool Clamped>
 void burstRun(const ImageView<T>& out, const ImageView<T>& in, int32_t begin, int32_t end, int32_t y,
               const LightBurstRays& rays) {
     for (int32_t x = begin; x < end; x += P)
-        burstPack<T, P, Variant, Clamped>(out, in, x, y, std::min<int32_t>(P, end - x), rays);
+        burstPack<T, P, Clamped>(out, in, x, y, std::min<int32_t>(P, end - x), rays);
 }
 
 // Whether a ray's direction may take a step longer than one pixel. In single precision, (dx, dy) / len
@@ -216,8 +201,7 @@ void lightBurstBand(ImageBuffer& output, const ImageBuffer& input, const PixelRe
                     RaySampling sampling) {
     dispatchDepthKernel(output, features, [&](auto layout, auto isa) {
         using T = typename decltype(layout)::Component;
-        using Variant = decltype(isa);
-        constexpr int P = kPixelLanes<Variant>;
+        constexpr int P = kPixelLanes<decltype(isa)>;
         const auto out = ImageView<T>::of(output);
         // An input without pixels is one transparent black pixel that every sample clamps to.
         static constexpr T kTransparent[4] = {};
@@ -228,16 +212,16 @@ void lightBurstBand(ImageBuffer& output, const ImageBuffer& input, const PixelRe
         const PixelRect inner = unclampedRect(in.rect, rays, sampling);
         forEachRow(band, progress, [&](int32_t y) {
             if (inner.isEmpty() || y < inner.top || y >= inner.bottom) {
-                burstRun<T, P, Variant, true>(out, in, band.left, band.right, y, rays);
+                burstRun<T, P, true>(out, in, band.left, band.right, y, rays);
                 return;
             }
             // The rim at the left, whole packs inside, and what is left of the row.
             const int32_t innerBegin = std::clamp(inner.left, band.left, band.right);
             const int32_t innerEnd = std::clamp(inner.right, innerBegin, band.right);
             const int32_t packsEnd = innerBegin + (innerEnd - innerBegin) / P * P;
-            burstRun<T, P, Variant, true>(out, in, band.left, innerBegin, y, rays);
-            burstRun<T, P, Variant, false>(out, in, innerBegin, packsEnd, y, rays);
-            burstRun<T, P, Variant, true>(out, in, packsEnd, band.right, y, rays);
+            burstRun<T, P, true>(out, in, band.left, innerBegin, y, rays);
+            burstRun<T, P, false>(out, in, innerBegin, packsEnd, y, rays);
+            burstRun<T, P, true>(out, in, packsEnd, band.right, y, rays);
         });
     });
 }
