@@ -148,6 +148,7 @@ TEST(SameAsStandalone, WorldsWithNegativeRowBytesRenderTheFlippedPicture) {
             host.setInput(input);
             applySettings(host, effect.busySettings);
             StandaloneRender flipped{effect.entryName, input.flippedVertically(), effect.busySettings};
+            flipped.upsideDown = true;
             setTestLayer(effect, effect.busySettings, host, layer, flipped, layer.flippedVertically());
             const RenderOutcome outcome = host.renderSmart();
             ASSERT_EQ(outcome.error, PF_Err_NONE);
