@@ -6,13 +6,13 @@
 
 namespace Tw::Bench {
 
-Image::ImageBuffer varyingFrame(Image::PixelFormat format, std::size_t phase) {
+Image::ImageBuffer varyingFrame(Image::PixelFormat format, std::size_t phase, const Image::PixelRect& rect) {
     Image::ImageBuffer frame;
-    frame.allocate(kUhdFrame, format);
+    frame.allocate(rect, format);
     Image::withComponentType(frame.depth(), [&](auto component) {
         using T = typename decltype(component)::type;
         auto* values = reinterpret_cast<T*>(frame.pixels());
-        const auto count = static_cast<std::size_t>(frame.rowStride()) * kUhdFrame.height() / sizeof(T);
+        const auto count = static_cast<std::size_t>(frame.rowStride()) * rect.height() / sizeof(T);
         for (std::size_t i = 0; i < count; ++i) {
             const std::size_t step = (i + phase) % (1019 + i % 4);
             if constexpr (std::is_same_v<T, float>) {

@@ -18,6 +18,7 @@
 #include "plugins/EdgesPlugin.h"
 #include "plugins/GlowPlugin.h"
 #include "plugins/GradientPlugin.h"
+#include "plugins/LightBurstPlugin.h"
 #include "plugins/MinMaxPlugin.h"
 #include "plugins/PresetsPlugin.h"
 #include "plugins/RampPlugin.h"
@@ -37,11 +38,11 @@
     EFFECT(CIECCEntry, CIE_CC_Plugin)                         \
     EFFECT(ColorCorrectionEntry, ColorCorrectionPlugin)       \
     EFFECT(ColorPresetsEntry, ColorPresetsPlugin)             \
-#define TW_FOR_EACH_EFFECT(EFFECT) \
-    EFFECT(CompoundBlurEntry, CompoundBlurPlugin) \
-    EFFECT(EdgesEntry, EdgesPlugin) \
-    EFFECT(GlowEntry, GlowPlugin) \
-    EFFECT(GradientEntry, GradientPlugin) \
+    EFFECT(CompoundBlurEntry, CompoundBlurPlugin)             \
+    EFFECT(EdgesEntry, EdgesPlugin)                           \
+    EFFECT(GlowEntry, GlowPlugin)                             \
+    EFFECT(GradientEntry, GradientPlugin)                     \
+    EFFECT(LightBurstEntry, LightBurstPlugin)                 \
     EFFECT(MaxEntry, MaxPlugin)                               \
     EFFECT(MinEntry, MinPlugin)                               \
     EFFECT(PresetsEntry, PresetsPlugin)                       \

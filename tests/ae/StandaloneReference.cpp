@@ -53,6 +53,15 @@ Frame renderStandalone(const StandaloneRender& render) {
         const auto [label, value] = labelAndValue(setting);
         setParameterFromText(params, findParameter(params, label, render.entryName), value, warnings);
     }
+    if (render.upsideDown) {
+        const double height = render.input.height;
+        for (Param::ParamRecord& record : params.records) {
+            if (record.kind != Param::ParamKind::Point || record.hasFlag(Param::ParamFlag::UnscaledPoint))
+                continue;
+            const Param::ParamPoint point = record.value.asPoint();
+            record.value.setPoint({point.x, (height - 1 - point.y * height) / height});
+        }
+    }
 
     Frame input = render.input;
     const PF_LRect part = render.part.value_or(PF_LRect{0, 0, input.width, input.height});

@@ -39,6 +39,9 @@ struct StandaloneRender {
     double downsampleY = 1.0;
     // The part of the frame to render, in the input's coordinates; the whole input when absent.
     std::optional<PF_LRect> part{};
+    // The input is the host's picture upside down, as a world of negative row bytes holds it: points
+    // turn over with it, row y to row height - 1 - y, as the host's adapter turns them.
+    bool upsideDown = false;
 };
 
 // The output, in the input's depth and order; its pixels start as HostWorld::kUnwritten, like the output
