@@ -82,6 +82,15 @@ template <int Lanes>
     return v;
 }
 
+// 0, 1, 2, ... in the lanes: added to a pixel's column, the columns of a run of Lanes pixels.
+template <int Lanes>
+[[gnu::always_inline]] inline IntVector<Lanes> laneNumbers() {
+    IntVector<Lanes> lanes;
+    for (int lane = 0; lane < Lanes; ++lane)
+        lanes[lane] = lane;
+    return lanes;
+}
+
 // Whether any lane of a comparison's result is true (all bits set).
 template <int Lanes>
 [[gnu::always_inline]] inline bool anyLane(IntVector<Lanes> mask) {

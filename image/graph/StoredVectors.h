@@ -338,10 +338,7 @@ template <int Lanes, class T>
 template <int Lanes, class T>
 [[gnu::always_inline]] inline IntVector<Lanes> pixelOfPlaneLanes() {
     if constexpr (sizeof(T) == 1) {
-        IntVector<Lanes> lanes;
-        for (int lane = 0; lane < Lanes; ++lane)
-            lanes[lane] = lane;
-        return lanes;
+        return laneNumbers<Lanes>();
     } else {
         // Every component labelled with its pixel, then taken apart as loadPixelPlanes takes pixels.
         FloatVector<Lanes> labels[4];

@@ -158,12 +158,7 @@ private:
         return reinterpret_cast<const float*>(table_ + static_cast<std::ptrdiff_t>(row) * tableStride_);
     }
 
-    static F columnsFrom(int32_t x) {
-        IntVector<Lanes> columns;
-        for (int k = 0; k < Lanes; ++k)
-            columns[k] = x + k;
-        return __builtin_convertvector(columns, F);
-    }
+    static F columnsFrom(int32_t x) { return __builtin_convertvector(laneNumbers<Lanes>() + x, F); }
 
     // The map's luminance at `count` pixels from (x, y), as fractions of white.
     F luminances(int32_t x, int32_t y, int count) const {

@@ -33,14 +33,6 @@ struct Pack {
     Part parts[sizeof(T)];
 };
 
-template <int P>
-IntVector<P> laneNumbers() {
-    IntVector<P> lanes;
-    for (int lane = 0; lane < P; ++lane)
-        lanes[lane] = lane;
-    return lanes;
-}
-
 // The N pixels at base + offsets[first + i] bytes, i from 0 to N - 1, side by side in one vector, each
 // pixel one load: of an integer word that holds its 8 or 16-bit components, or of its four floats.
 template <class T, int N, int P, std::size_t... I>
