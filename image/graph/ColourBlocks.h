@@ -24,18 +24,16 @@
 namespace Tw::Image {
 
 // kBlocksAbreast blocks of Lanes pixels from `in`, corrected, to `out`.
-template <class Layout, int Lanes, class Correct>
-[[gnu::always_inline]] inline void correctColourBlocks(const typename Layout::Component* in,
-                                                       typename Layout::Component* out,
+template <class T, int Lanes, class Correct>
+[[gnu::always_inline]] inline void correctColourBlocks(const T* in, T* out, const ComponentPlaces& places,
                                                        const Correct& correct) {
-    using T = typename Layout::Component;
     FloatVector<Lanes> planes[kBlocksAbreast][4];
     RgbVectors<Lanes> colours[kBlocksAbreast];
     for (int k = 0; k < kBlocksAbreast; ++k) {
         loadPixelPlanes<Lanes>(in + 4 * Lanes * k, planes[k]);
-        colours[k] = {fractionsOf<T, Lanes>(planes[k][Layout::red]),
-                      fractionsOf<T, Lanes>(planes[k][Layout::green]),
-                      fractionsOf<T, Lanes>(planes[k][Layout::blue])};
+        colours[k] = {fractionsOf<T, Lanes>(planes[k][places.red]),
+                      fractionsOf<T, Lanes>(planes[k][places.green]),
+                      fractionsOf<T, Lanes>(planes[k][places.blue])};
     }
     correct(colours);
     // Scaled and limited only: the store cuts the fractions off, as wholeLevelsOf would, in one step.
@@ -47,9 +45,9 @@ template <class Layout, int Lanes, class Correct>
         }
     };
     for (int k = 0; k < kBlocksAbreast; ++k) {
-        planes[k][Layout::red] = levels(colours[k].red);
-        planes[k][Layout::green] = levels(colours[k].green);
-        planes[k][Layout::blue] = levels(colours[k].blue);
+        planes[k][places.red] = levels(colours[k].red);
+        planes[k][places.green] = levels(colours[k].green);
+        planes[k][places.blue] = levels(colours[k].blue);
         storePixelPlanes<Lanes>(out + 4 * Lanes * k, planes[k]);
     }
 }
@@ -60,9 +58,11 @@ template <class Layout, int Lanes, class Correct>
 template <class Correct>
 void correctColourBand(ImageBuffer& output, const ImageBuffer& input, const PixelRect& band,
                        CpuFeatures features, Progress& progress, bool identity, const Correct& correct) {
-    dispatchKernel(output, features, [&](auto layout, auto isa) {
-        using Layout = decltype(layout);
-        using T = typename Layout::Component;
+    // The places of the components are taken at run time: the code of a correction is compiled once per
+    // depth, not once per depth and order.
+    const ComponentPlaces places = ComponentPlaces::of(output);
+    dispatchDepthKernel(output, features, [&](auto layout, auto isa) {
+        using T = typename decltype(layout)::Component;
         constexpr int lanes = kPixelLanes<decltype(isa)>;
         constexpr int blockPixels = kBlocksAbreast * lanes;
         forEachPixelBlock<blockPixels>(ImageView<T>::of(output), std::array{ImageView<T>::of(input)}, band,
@@ -70,7 +70,7 @@ void correctColourBand(ImageBuffer& output, const ImageBuffer& input, const Pixe
                                            if (identity) {
                                                std::memmove(out, in[0], sizeof(T) * 4 * blockPixels);
                                            } else {
-                                               correctColourBlocks<Layout, lanes>(in[0], out, correct);
+                                               correctColourBlocks<T, lanes>(in[0], out, places, correct);
                                            }
                                        });
     });

@@ -29,29 +29,27 @@ void colorKeyCCBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer
                     CpuFeatures features, Progress& progress, const SkinKey& key, bool inverted,
                     const LabCorrection& correction, bool baseAlpha) {
     const KeyBox box(key, inverted);
-    runKeyedBand(output, a, b, band, features, progress,
-                 [&]<class Layout, int Lanes>(const typename Layout::Component* first,
-                                              const typename Layout::Component* second,
-                                              typename Layout::Component* out) {
-                     using T = typename Layout::Component;
-                     using F = FloatVector<Lanes>;
-                     const KeyedBlocks<Layout, Lanes> keyed(box, second);
-                     RgbVectors<Lanes> colours[kBlocksAbreast];
-                     corrected<Lanes, kBlocksAbreast>(keyed.points, correction, colours);
-                     for (int k = 0; k < kBlocksAbreast; ++k) {
-                         F as[4], bs[4], outs[4];
-                         loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
-                         for (int c = 0; c < 4; ++c)
-                             bs[c] = keyed.planes[k][c];
-                         bs[Layout::red] = wholeLevelsOf<T, Lanes>(colours[k].red);
-                         bs[Layout::green] = wholeLevelsOf<T, Lanes>(colours[k].green);
-                         bs[Layout::blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
-                         for (int c = 0; c < 4; ++c)
-                             outs[c] = (bs[c] - as[c]) * keyed.strengths[k] + as[c];
-                         if (baseAlpha) outs[Layout::alpha] = as[Layout::alpha];
-                         storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
-                     }
-                 });
+    runKeyedBand(
+        output, a, b, band, features, progress,
+        [&]<class T, int Lanes>(const T* first, const T* second, T* out, const ComponentPlaces& places) {
+            using F = FloatVector<Lanes>;
+            const KeyedBlocks<T, Lanes> keyed(box, places, second);
+            RgbVectors<Lanes> colours[kBlocksAbreast];
+            corrected<Lanes, kBlocksAbreast>(keyed.points, correction, colours);
+            for (int k = 0; k < kBlocksAbreast; ++k) {
+                F as[4], bs[4], outs[4];
+                loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                for (int c = 0; c < 4; ++c)
+                    bs[c] = keyed.planes[k][c];
+                bs[places.red] = wholeLevelsOf<T, Lanes>(colours[k].red);
+                bs[places.green] = wholeLevelsOf<T, Lanes>(colours[k].green);
+                bs[places.blue] = wholeLevelsOf<T, Lanes>(colours[k].blue);
+                for (int c = 0; c < 4; ++c)
+                    outs[c] = (bs[c] - as[c]) * keyed.strengths[k] + as[c];
+                if (baseAlpha) outs[places.alpha] = as[places.alpha];
+                storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
+            }
+        });
 }
 
 }  // namespace Tw::Image

@@ -9,32 +9,31 @@ void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& 
                   ColorKeyOutput result, bool baseAlpha) {
     const KeyBox box(key, inverted);
     const auto run = [&]<ColorKeyOutput Result>() {
-        runKeyedBand(output, a, b, band, features, progress,
-                     [&]<class Layout, int Lanes>(const typename Layout::Component* first,
-                                                  const typename Layout::Component* second,
-                                                  typename Layout::Component* out) {
-                         using F = FloatVector<Lanes>;
-                         const KeyedBlocks<Layout, Lanes> keyed(box, second);
-                         for (int k = 0; k < kBlocksAbreast; ++k) {
-                             const F m = keyed.strengths[k];
-                             const F(&bs)[4] = keyed.planes[k];
-                             F as[4], outs[4];
-                             if constexpr (Result == ColorKeyOutput::Mix) {
-                                 loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
-                                 for (int c = 0; c < 4; ++c)
-                                     outs[c] = (bs[c] - as[c]) * m + as[c];
-                                 if (baseAlpha) outs[Layout::alpha] = as[Layout::alpha];
-                             } else {
-                                 for (int c = 0; c < 4; ++c)
-                                     outs[c] = m * Layout::white;
-                             }
-                             if constexpr (Result == ColorKeyOutput::MaskInColour) {
-                                 loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
-                                 outs[Layout::alpha] = as[Layout::alpha];
-                             }
-                             storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
-                         }
-                     });
+        runKeyedBand(
+            output, a, b, band, features, progress,
+            [&]<class T, int Lanes>(const T* first, const T* second, T* out, const ComponentPlaces& places) {
+                using F = FloatVector<Lanes>;
+                const KeyedBlocks<T, Lanes> keyed(box, places, second);
+                for (int k = 0; k < kBlocksAbreast; ++k) {
+                    const F m = keyed.strengths[k];
+                    const F(&bs)[4] = keyed.planes[k];
+                    F as[4], outs[4];
+                    if constexpr (Result == ColorKeyOutput::Mix) {
+                        loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                        for (int c = 0; c < 4; ++c)
+                            outs[c] = (bs[c] - as[c]) * m + as[c];
+                        if (baseAlpha) outs[places.alpha] = as[places.alpha];
+                    } else {
+                        for (int c = 0; c < 4; ++c)
+                            outs[c] = m * ComponentTraits<T>::white;
+                    }
+                    if constexpr (Result == ColorKeyOutput::MaskInColour) {
+                        loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                        outs[places.alpha] = as[places.alpha];
+                    }
+                    storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
+                }
+            });
     };
     switch (result) {
         case ColorKeyOutput::Mix:

@@ -17,25 +17,25 @@
 
 namespace Tw::Image {
 
-// The colour of a block in planes, as fractions of white.
-template <class Layout, int Lanes>
-[[gnu::always_inline]] inline RgbVectors<Lanes> colourOfPlanes(const FloatVector<Lanes> (&planes)[4]) {
-    using T = typename Layout::Component;
-    return {fractionsOf<T, Lanes>(planes[Layout::red]), fractionsOf<T, Lanes>(planes[Layout::green]),
-            fractionsOf<T, Lanes>(planes[Layout::blue])};
+// The colour of a block of T in planes, as fractions of white.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline RgbVectors<Lanes> colourOfPlanes(const FloatVector<Lanes> (&planes)[4],
+                                                               const ComponentPlaces& places) {
+    return {fractionsOf<T, Lanes>(planes[places.red]), fractionsOf<T, Lanes>(planes[places.green]),
+            fractionsOf<T, Lanes>(planes[places.blue])};
 }
 
 // kBlocksAbreast blocks of Lanes pixels of the keyed image, in planes, with their points in the key's
 // space and the key's strength there.
-template <class Layout, int Lanes>
+template <class T, int Lanes>
 struct KeyedBlocks {
     using F = FloatVector<Lanes>;
 
-    [[gnu::always_inline]] KeyedBlocks(const KeyBox& box, const typename Layout::Component* pixels) {
+    [[gnu::always_inline]] KeyedBlocks(const KeyBox& box, const ComponentPlaces& places, const T* pixels) {
         RgbVectors<Lanes> colours[kBlocksAbreast];
         for (int k = 0; k < kBlocksAbreast; ++k) {
             loadPixelPlanes<Lanes>(pixels + 4 * Lanes * k, planes[k]);
-            colours[k] = colourOfPlanes<Layout, Lanes>(planes[k]);
+            colours[k] = colourOfPlanes<T, Lanes>(planes[k], places);
         }
         LabVectors<Lanes> lab[kBlocksAbreast];
         labFromEncoded<Lanes, kBlocksAbreast>(colours, lab);
@@ -50,20 +50,20 @@ struct KeyedBlocks {
     F strengths[kBlocksAbreast];
 };
 
-// Calls keyBlock.template operator()<Layout, Lanes>(a, b, out) for kBlocksAbreast blocks of Lanes pixels
-// of `band` at a time, a from image `a` and b from image `b` at the place of out; where an image has no
-// pixel, it reads as transparent black.
+// Calls keyBlock.template operator()<T, Lanes>(a, b, out, places) for kBlocksAbreast blocks of Lanes
+// pixels of `band` at a time, a from image `a` and b from image `b` at the place of out; where an image
+// has no pixel, it reads as transparent black.
 template <class KeyBlock>
 void runKeyedBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& b, const PixelRect& band,
                   CpuFeatures features, Progress& progress, KeyBlock&& keyBlock) {
-    dispatchKernel(output, features, [&](auto layout, auto isa) {
-        using Layout = decltype(layout);
-        using T = typename Layout::Component;
+    const ComponentPlaces places = ComponentPlaces::of(output);
+    dispatchDepthKernel(output, features, [&](auto layout, auto isa) {
+        using T = typename decltype(layout)::Component;
         constexpr int lanes = kPixelLanes<decltype(isa)>;
         const std::array<ImageView<T>, 2> ins = {ImageView<T>::of(a), ImageView<T>::of(b)};
         forEachPixelBlock<kBlocksAbreast * lanes>(
             ImageView<T>::of(output), ins, band, progress, [&](const std::array<const T*, 2>& in, T* out) {
-                keyBlock.template operator()<Layout, lanes>(in[0], in[1], out);
+                keyBlock.template operator()<T, lanes>(in[0], in[1], out, places);
             });
     });
 }
