@@ -23,7 +23,7 @@ struct Burst {
 ImageBuffer burst(ImageBuffer& input, const Burst& b) {
     FilterLayer<Host> layer(&input);
     LightBurstFilter<Host> node(layer, b.radius, b.centerX, b.centerY, b.amount);
-    return Tw::Test::renderNode(node, input.rect, input.pixelFormat());
+    return Tw::Test::renderImage(node, input.rect, input.pixelFormat());
 }
 
 // Component c at (x, y): the brightest of ceil(radius) samples along the ray towards the centre, each
