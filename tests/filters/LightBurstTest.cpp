@@ -115,25 +115,5 @@ TEST(LightBurst, AnAmountOfNothingGivesTheInputAndARadiusOfNothingFadesToTranspa
     EXPECT_EQ(faded(fourCC("ae32"), 0.8), -0.8f * 0.25f + 0.8f);
 }
 
-TEST(LightBurst, TheStraightAndTheClampingKernelsAgreeWhereBothRun) {
-    // Rays of 9 samples on a frame whose middle lies more than 9 pixels inside it.
-    for (const PixelFormat format : Tw::Test::kGridFormats) {
-        ImageBuffer input = Tw::Test::randomGridImage({-5, 3, 66, 50}, format, 8);
-        for (const LightBurstRays rays :
-             {LightBurstRays{9, 20.5f, 30.25f, 0.7f}, LightBurstRays{9, 90, -40, 1}}) {
-            ImageBuffer byRegion, clamped;
-            byRegion.allocate(input.rect, format);
-            clamped.allocate(input.rect, format);
-            Progress progress;
-            lightBurstBand(byRegion, input, input.rect, cpuFeatures(), progress, rays, RaySampling::ByRegion);
-            lightBurstBand(clamped, input, input.rect, cpuFeatures(), progress, rays,
-                           RaySampling::ClampedEverywhere);
-            forEachComponent(byRegion, [&](int32_t x, int32_t y, int c, double value) {
-                ASSERT_EQ(value, componentAt(clamped, x, y, c)) << x << ", " << y;
-            });
-        }
-    }
-}
-
 }  // namespace
 }  // namespace Tw::Image
