@@ -30,10 +30,8 @@ double mappedInteger(double v, double white) {
 class RenderPixels : public TwfxFixture {
 protected:
     RunResult render(const std::string& in, const std::string& out, std::vector<std::string> extra = {}) {
-        std::vector<std::string> arguments = {"render", "Balance", "-i", file(in), "-o", file(out)};
-        arguments.insert(arguments.end(), kMap.begin(), kMap.end());
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return twfx(arguments);
+        extra.insert(extra.begin(), kMap.begin(), kMap.end());
+        return twfx({"render", "Balance", "-i", file(in), "-o", file(out)}, extra);
     }
 };
 
@@ -88,10 +86,8 @@ TEST_F(RenderPixels, DepthFollowsTheInputFileUnlessGiven) {
     writeImage<float>(file("half.exr"), {1, 1, 3, {1, 1, 1}}, OIIO::TypeDesc::HALF);
     writeImage<uint8_t>(file("byte.png"), {1, 1, 3, {255, 255, 255}});
     const auto gamma2 = [&](const std::string& in, const std::string& out, std::vector<std::string> extra) {
-        std::vector<std::string> arguments = {"render", "Balance", "-i",    file(in),
-                                              "-o",     file(out), "--set", "Gamma=2"};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        EXPECT_EQ(twfx(arguments).code, 0);
+        EXPECT_EQ(
+            twfx({"render", "Balance", "-i", file(in), "-o", file(out), "--set", "Gamma=2"}, extra).code, 0);
         return readImage<float>(file(out)).values.at(0);
     };
     EXPECT_NEAR(gamma2("half.exr", "float.exr", {}), 1.0, 1e-3);
