@@ -53,14 +53,9 @@ TEST(ImageBuffer, AllocationGoesThroughTheHostWithPaddedRows) {
     EXPECT_EQ(host.releasedBytes, host.allocatedBytes);
 }
 
-TEST(ImageBuffer, AllocateDepthPicksTheFormat) {
-    ImageBuffer plain;
-    for (auto [depth, format] : {std::pair{8, fourCC("argb")}, {16, fourCC("ae16")}, {32, fourCC("ae32")}}) {
-        plain.allocateDepth({0, 0, 2, 2}, depth);
-        EXPECT_EQ(plain.pixelFormat(), format);
-        EXPECT_EQ(plain.depth(), depth);
-    }
-    // The output frame lends its format to images of its own depth only.
+// The output frame lends its format to images of its own depth only; a depth or format that is none is
+// a failed allocation.
+TEST(ImageBuffer, AllocateDepthTakesTheOutputFramesFormatAtItsDepth) {
     std::array<std::byte, 32> framePixels{};
     const ImageBuffer bgraFrame(nullptr, FrameRecord{framePixels.data(), 16, 2, 2, 0, 0}, fourCC("bgra"));
     TestHost host;
@@ -78,6 +73,12 @@ TEST(ImageBuffer, AllocateDepthPicksTheFormat) {
     image.allocateLike(bgraFrame, {1, 1, 3, 4});
     EXPECT_EQ(image.pixelFormat(), fourCC("bgra"));
     EXPECT_EQ(image.validRect, (PixelRect{1, 1, 3, 4}));
+
+    // Only an output frame that has pixels lends its format.
+    const ImageBuffer noPixels(nullptr, FrameRecord{}, fourCC("bgra"));
+    host.output = &noPixels;
+    image.allocateDepth({0, 0, 2, 2}, 8);
+    EXPECT_EQ(image.pixelFormat(), fourCC("argb"));
 }
 
 TEST(ImageBuffer, ViewsShareTheParentsPixels) {
@@ -202,16 +203,6 @@ TEST(ImageBuffer, ClearOfANarrowedImageStaysInsideIt) {
     image.clear(image.rect);
     EXPECT_EQ(component<uint8_t>(whole, 1, 1, 0), 0);
     EXPECT_EQ(component<uint8_t>(whole, 2, 0, 0), 0xAB);
-}
-
-// Only an output frame that has pixels lends its format.
-TEST(ImageBuffer, OutputFrameWithoutPixelsLendsNoFormat) {
-    const ImageBuffer noPixels(nullptr, FrameRecord{}, fourCC("bgra"));
-    TestHost host;
-    host.output = &noPixels;
-    ImageBuffer image(&host);
-    image.allocateDepth({0, 0, 2, 2}, 8);
-    EXPECT_EQ(image.pixelFormat(), fourCC("argb"));
 }
 
 // A row whose length doesn't fit a 32-bit stride, 2^32 - 1 pixels wide included, is a failed allocation.

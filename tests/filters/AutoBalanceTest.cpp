@@ -10,7 +10,6 @@
 #include "host/standalone/Host.h"
 #include "plugins/AutoBalancePlugin.h"
 #include "tests/support/NodeRender.h"
-#include "tests/support/PixelRows.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -32,8 +31,7 @@ struct Settings {
     bool clamp = false;
 };
 
-void setUp(AutoBalancePlugin<StandaloneHost>& effect, Param::Parameters& params, const Settings& s) {
-    effect.defineParameters(params);
+void apply(Param::Parameters& params, const Settings& s) {
     params.setFloat(0, s.fromLow);
     params.setFloat(1, s.fromHigh);
     params.setFloat(2, s.toLow);
@@ -42,14 +40,8 @@ void setUp(AutoBalancePlugin<StandaloneHost>& effect, Param::Parameters& params,
 }
 
 std::vector<Pixel> render(const Settings& s, const std::vector<Pixel>& pixels, PixelFormat format) {
-    AutoBalancePlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    setUp(effect, params, s);
-    ImageBuffer in = imageOf(pixels, format);
-    ImageBuffer out;
-    out.allocate(in.rect, format);
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+    return Tw::Test::renderEffect<AutoBalancePlugin<StandaloneHost>>(
+        pixels, format, [&](Param::Parameters& params) { apply(params, s); });
 }
 
 // v, in units of white, through the map that takes the tone bins `low` and `high` onto toLow..toHigh.
@@ -143,21 +135,13 @@ TEST(AutoBalance, AnEmptyInputLeavesTransparentBlack) {
     // Equal levels map nothing: black stays black, although To Low would lift it.
     AutoBalancePlugin<StandaloneHost> effect;
     Param::Parameters params;
-    setUp(effect, params, {10, 90, 20, 90, true});
+    effect.defineParameters(params);
+    apply(params, {10, 90, 20, 90, true});
     ImageBuffer in;
     ImageBuffer out;
     out.allocate({0, 0, 11, 1}, fourCC("ae32"));
     ASSERT_EQ(effect.render(params, in, out), 0);
     EXPECT_EQ(pixelsOf(out), std::vector<Pixel>(11, Pixel{0, 0, 0, 0}));
-}
-
-TEST(AutoBalance, OnePixelOfOutputReadsTheWholeInput) {
-    AutoBalancePlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    setUp(effect, params, {5, 95, 0, 100, true});
-    std::vector<Image::LayerRequest> requests;
-    const Image::PixelRect layer{-4, 0, 60, 30};
-    EXPECT_EQ(effect.inputRect(params, {7, 3, 8, 4}, layer, requests), layer);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include "plugins/BalanceRGBPlugin.h"
 #include "plugins/BrightnessContrastPlugin.h"
 #include "tests/support/BareHost.h"
-#include "tests/support/PixelRows.h"
+#include "tests/support/NodeRender.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -23,8 +23,10 @@ using Test::imageOf;
 using Test::Pixel;
 using Test::pixelsOf;
 
-const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
-                                fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
+using Test::inUnitsOf;
+using Test::kEveryFormat;
+using Test::renderEffect;
+using Test::whiteOf;
 
 struct Settings {
     double fromLow = 0, fromHigh = 100, toLow = 0, toHigh = 100, gamma = 1;
@@ -33,25 +35,17 @@ struct Settings {
 
 template <template <class> class Plugin = BalancePlugin>
 std::vector<Pixel> render(const Settings& s, const std::vector<Pixel>& pixels, PixelFormat format,
-                          Image::CpuFeatures featureMask = ~0u,
-                          std::function<void(Param::Parameters&)> more = {}) {
-    Plugin<StandaloneHost> effect;
-    effect.featureMask = featureMask;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    const int gammaIndex = static_cast<int>(params.records.size()) - 2;
-    params.setFloat(0, s.fromLow);
-    params.setFloat(1, s.fromHigh);
-    params.setFloat(2, s.toLow);
-    params.setFloat(3, s.toHigh);
-    params.setFloat(gammaIndex, s.gamma);
-    params.setBool(s.clamp, gammaIndex + 1);
-    if (more) more(params);
-    ImageBuffer in = imageOf(pixels, format);
-    ImageBuffer out;
-    out.allocate(in.rect, format);
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+                          const std::function<void(Param::Parameters&)>& more = {}) {
+    return renderEffect<Plugin<StandaloneHost>>(pixels, format, [&](Param::Parameters& params) {
+        const int gammaIndex = static_cast<int>(params.records.size()) - 2;
+        params.setFloat(0, s.fromLow);
+        params.setFloat(1, s.fromHigh);
+        params.setFloat(2, s.toLow);
+        params.setFloat(3, s.toHigh);
+        params.setFloat(gammaIndex, s.gamma);
+        params.setBool(s.clamp, gammaIndex + 1);
+        if (more) more(params);
+    });
 }
 
 // The map as the formulas give it, in float as the kernel computes it.
@@ -68,21 +62,6 @@ double expected(const Settings& s, double v, int depth) {
     return std::nearbyint(std::min(r, white));
 }
 
-double whiteOf(PixelFormat format) {
-    const int depth = Image::formatDepth(format);
-    return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
-}
-
-// Fractions of white as the image's own values: whole numbers at the integer depths.
-std::vector<Pixel> inUnits(const std::vector<Pixel>& fractions, PixelFormat format) {
-    std::vector<Pixel> pixels = fractions;
-    const double white = whiteOf(format);
-    for (Pixel& p : pixels)
-        for (double& c : p)
-            c = white == 1 ? c : std::round(c * white);
-    return pixels;
-}
-
 TEST(Balance, LinearMapsAtEveryDepthAndOrder) {
     const Settings settings[] = {
         {20, 80, 10, 90, 1, false},   // a plain map
@@ -94,9 +73,9 @@ TEST(Balance, LinearMapsAtEveryDepthAndOrder) {
     std::vector<Pixel> fractions = {{0, 0.1, 0.5, 1}, {0.3, 0.77, 1, 0.5}, {0.51, 0.49, 0.123, 0}};
     for (int i = 0; i < 16; ++i)
         fractions.push_back({i / 15.0, (i * 7 % 16) / 15.0, (15 - i) / 15.0, (i % 5) / 4.0});
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : kEveryFormat) {
         const int depth = Image::formatDepth(format);
-        const auto in = inUnits(fractions, format);
+        const auto in = inUnitsOf(fractions, format);
         for (const Settings& s : settings) {
             SCOPED_TRACE(testing::Message()
                          << "depth " << depth << " from " << s.fromLow << ".." << s.fromHigh);
@@ -204,17 +183,11 @@ TEST(Balance, LargeFramesMapAsSmallOnesDo) {
 TEST(BrightnessContrast, MapsOnlyWhenClamped) {
     const auto render = [](double brightness, double contrast, bool clamp, const std::vector<Pixel>& pixels,
                            PixelFormat format) {
-        BrightnessContrastPlugin<StandaloneHost> effect;
-        Param::Parameters params;
-        effect.defineParameters(params);
-        params.setFloat(0, brightness);
-        params.setFloat(1, contrast);
-        params.setBool(clamp, 2);
-        ImageBuffer in = imageOf(pixels, format);
-        ImageBuffer out;
-        out.allocate(in.rect, format);
-        EXPECT_EQ(effect.render(params, in, out), 0);
-        return pixelsOf(out);
+        return renderEffect<BrightnessContrastPlugin<StandaloneHost>>(pixels, format, [&](auto& params) {
+            params.setFloat(0, brightness);
+            params.setFloat(1, contrast);
+            params.setBool(clamp, 2);
+        });
     };
     const std::vector<Pixel> floats(9, Pixel{1.5, -0.25, 0.5, 0.25});
     // Unclamped, any setting gives back the input.
@@ -242,7 +215,7 @@ TEST(BrightnessContrast, MapsOnlyWhenClamped) {
 TEST(BalanceRGB, MasterMapThenChannelMap) {
     for (const PixelFormat format : {fourCC("ae32"), fourCC("BGra")}) {
         const auto out = render<BalanceRGBPlugin>(
-            {0, 50, 0, 100, 1, false}, std::vector<Pixel>(9, {0.25, 0.25, 0.25, 0.5}), format, ~0u,
+            {0, 50, 0, 100, 1, false}, std::vector<Pixel>(9, {0.25, 0.25, 0.25, 0.5}), format,
             [](Param::Parameters& params) {
                 params.setColor({0.5, 0, 0}, 4);       // From Low RGB: red from 0.5
                 params.setColor({0.5, 0.5, 0.25}, 6);  // To Low RGB

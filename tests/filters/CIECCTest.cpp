@@ -32,17 +32,11 @@ Pixel corrected(const Pixel& in, double hue, double chroma, double lightness) {
 
 std::vector<Pixel> render(double hue, double saturation, double brightness, const std::vector<Pixel>& stored,
                           PixelFormat format) {
-    CIE_CC_Plugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setFloat(CIECCParam::Hue, hue);
-    params.setFloat(CIECCParam::Saturation, saturation);
-    params.setFloat(CIECCParam::Brightness, brightness);
-    ImageBuffer in = imageOf(stored, format);
-    ImageBuffer out;
-    out.allocate(in.rect, format);
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+    return renderEffect<CIE_CC_Plugin<StandaloneHost>>(stored, format, [&](Param::Parameters& params) {
+        params.setFloat(CIECCParam::Hue, hue);
+        params.setFloat(CIECCParam::Saturation, saturation);
+        params.setFloat(CIECCParam::Brightness, brightness);
+    });
 }
 
 // Colours of whole 8-bit steps, among them black, white, a dark one on the straight foot of the curves,

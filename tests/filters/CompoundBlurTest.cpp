@@ -181,15 +181,6 @@ TEST(CompoundBlur, BlackAndWhiteMapsGiveTheInputAndTheBoxMean) {
     }
 }
 
-TEST(CompoundBlur, AFlatFrameStaysFlatUpToItsEdges) {
-    const PixelRect frame{0, 0, 40, 30};
-    ImageBuffer source = flat(frame, Image::fourCC("ae32"), 0.5);
-    ImageBuffer white = flat(frame, Image::fourCC("ae32"), 1);
-    for (const Pixel& p : render(source, white, {12}))
-        for (int c = 0; c < 4; ++c)
-            EXPECT_NEAR(p[c], 0.5, 1e-6);
-}
-
 TEST(CompoundBlur, NoRadiusOrNoMapBuildsNoNode) {
     CompoundBlurPlugin<StandaloneHost> effect;
     Param::Parameters params;

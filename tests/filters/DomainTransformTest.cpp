@@ -11,12 +11,11 @@
 
 #include "host/standalone/Host.h"
 #include "image/filters/retouch/DomainTransformBlurFilter.h"
-#include "image/graph/ImageView.h"
-#include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
 #include "image/graph/StoredVectors.h"
 #include "image/graph/VectorMath.h"
 #include "tests/support/BareHost.h"
+#include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
 namespace {
@@ -43,31 +42,15 @@ struct Pixels {
     std::vector<float> v;
 };
 
-// Calls visit(component, x, y, c) for every component of `image`.
-template <class Visit>
-void eachComponent(const ImageBuffer& image, Visit&& visit) {
-    dispatchLayout(image, [&](auto layout) {
-        const auto view = ImageView<typename decltype(layout)::Component>::of(image);
-        for (int32_t y = image.rect.top; y < image.rect.bottom; ++y)
-            for (int32_t x = image.rect.left; x < image.rect.right; ++x)
-                for (int c = 0; c < 4; ++c)
-                    visit(view.at(x, y)[c], x, y, c);
-    });
-}
-
-ImageBuffer imageOf(Pixels pixels, PixelFormat format) {
-    ImageBuffer image;
-    image.allocate(pixels.rect, format);
-    eachComponent(image, [&](auto& v, int32_t x, int32_t y, int c) {
-        v = static_cast<std::remove_reference_t<decltype(v)>>(pixels.at(x, y, c));
-    });
-    return image;
+ImageBuffer imageOf(const Pixels& pixels, PixelFormat format) {
+    return Tw::Test::gridImage(pixels.rect, format,
+                               [&](int32_t x, int32_t y, int c) { return pixels.at(x, y, c); });
 }
 
 Pixels pixelsOf(const ImageBuffer& image) {
     Pixels pixels(image.rect);
-    eachComponent(image,
-                  [&](auto v, int32_t x, int32_t y, int c) { pixels.at(x, y, c) = static_cast<float>(v); });
+    Tw::Test::forEachComponent(image,
+                               [&](int32_t x, int32_t y, int c, double v) { pixels.at(x, y, c) = float(v); });
     return pixels;
 }
 

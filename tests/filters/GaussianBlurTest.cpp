@@ -10,11 +10,11 @@
 
 #include "host/standalone/Host.h"
 #include "image/filters/spatial/GaussianBlurBand.h"
-#include "image/graph/ImageView.h"
-#include "image/graph/KernelDispatch.h"
 #include "plugins/BlurPlugin.h"
 #include "plugins/GlowPlugin.h"
 #include "tests/support/BareHost.h"
+#include "tests/support/ComponentGrid.h"
+#include "tests/support/NodeRender.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -28,55 +28,26 @@ using BlurNode = Image::GaussianBlurFilter<StandaloneHost>;
 using Layer = Image::FilterLayer<StandaloneHost>;
 using BareHost = ::Tw::Test::BareHost;
 
-const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
-                                fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
-
-double whiteOf(PixelFormat format) {
-    const int depth = Image::formatDepth(format);
-    return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
-}
-
-// Component c (red, green, blue, alpha) of pixel (x, y) is value(x, y, c), a fraction of white; integer
-// formats round it.
+// Component c (in memory order) of pixel (x, y) is value(x, y, c), a fraction of white; integer formats
+// round it.
 ImageBuffer makeImage(const PixelRect& rect, PixelFormat format,
                       const std::function<double(int, int, int)>& value) {
-    ImageBuffer image;
-    image.allocate(rect, format);
-    const auto positions = Image::componentPositions(format).value();
-    const double white = whiteOf(format);
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        for (int y = rect.top; y < rect.bottom; ++y) {
-            for (int x = rect.left; x < rect.right; ++x) {
-                T* pixel = reinterpret_cast<T*>(image.pixelAddress(x, y));
-                for (int c = 0; c < 4; ++c) {
-                    const double v = value(x, y, c) * white;
-                    pixel[positions[c]] = static_cast<T>(white == 1 ? v : std::round(v));
-                }
-            }
-        }
+    const double white = Image::formatMaximum(format);
+    return Tw::Test::gridImage(rect, format, [&](int32_t x, int32_t y, int c) {
+        const double v = value(x, y, c) * white;
+        return white == 1 ? v : std::round(v);
     });
-    return image;
 }
 
-// Component c of pixel (x, y) as a fraction of white.
 double fractionAt(const ImageBuffer& image, int x, int y, int c) {
-    const int position = Image::componentPositions(image.pixelFormat()).value()[c];
-    double v = 0;
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        v = reinterpret_cast<const T*>(image.pixelAddress(x, y))[position];
-    });
-    return v / whiteOf(image.pixelFormat());
+    return Tw::Test::componentAt(image, x, y, c) / Image::formatMaximum(image.pixelFormat());
 }
 
-// Every component of every pixel, in logical order, as fractions of white.
 std::vector<double> fractionsOf(const ImageBuffer& image) {
     std::vector<double> values;
-    for (int y = image.rect.top; y < image.rect.bottom; ++y)
-        for (int x = image.rect.left; x < image.rect.right; ++x)
-            for (int c = 0; c < 4; ++c)
-                values.push_back(fractionAt(image, x, y, c));
+    Tw::Test::forEachComponent(image, [&](int32_t, int32_t, int, double v) {
+        values.push_back(v / Image::formatMaximum(image.pixelFormat()));
+    });
     return values;
 }
 
@@ -213,15 +184,6 @@ TEST(GaussianBlur, ALineShorterThanTheReachKeepsItsLevel) {
 
 // ---- The recursion's gains, and derivatives ----
 
-TEST(GaussianBlur, AConstantPassesByTheRecursionsGain) {
-    for (const int kind : {0, 1, 2}) {
-        ImageBuffer in = makeImage({0, 0, 200, 2}, fourCC("ae32"), [](int, int, int) { return 0.5; });
-        const ImageBuffer out = renderNode(in, 3.5f, 0, kind);
-        const double gain = constantGain(Image::makeGaussianBlurCoefficients(3.5, kind));
-        EXPECT_NEAR(fractionAt(out, 100, 0, 0), 0.5 * gain, 1e-7) << kind;
-    }
-}
-
 // The response to a ramp of slope 1 (kind 1) or to x^2 at its vertex (kind 2), for a kernel of the
 // sampled derivative scaled to an absolute sum of 1, as the recursion's own impulse response is.
 double derivativeGain(int kind, double sigma) {
@@ -341,7 +303,7 @@ TEST(Glow, ABrightBarInAFlatFrame) {
     for (const PixelFormat format : {fourCC("ae32"), fourCC("Bgra"), fourCC("argb"), fourCC("ae16")}) {
         ImageBuffer in = makeImage({0, 0, 160, 100}, format, level);
         const ImageBuffer out = renderBlur<GlowPlugin>(in, 3);
-        const bool floats = whiteOf(format) == 1;
+        const bool floats = Image::formatMaximum(format) == 1;
         EXPECT_GT(fractionAt(out, 37, 40, 1), 0.01);
         EXPECT_TRUE(floats ? fractionAt(out, 45, 40, 1) < -0.01 : fractionAt(out, 45, 40, 1) == 0);
         for (int c = 0; c < 4; ++c) {
@@ -410,7 +372,7 @@ TEST(GaussianBlurNode, SplitsIntoARowsNodeAndAColumnsNode) {
 TEST(GaussianBlur, EveryDepthAndOrderGivesTheSamePicture) {
     // Kept clear of white, which the brightening at the right and bottom edges would pass in float only.
     const auto belowWhite = [](int x, int y, int c) { return 0.85 * testPattern(x, y, c); };
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : Tw::Test::kEveryFormat) {
         ImageBuffer in = makeImage({0, 0, 37, 29}, format, belowWhite);
         // The same values in float, where nothing rounds between the passes and at the end.
         ImageBuffer exact =
@@ -418,7 +380,7 @@ TEST(GaussianBlur, EveryDepthAndOrderGivesTheSamePicture) {
         const std::vector<double> expected = fractionsOf(renderBlur(exact, 2.5));
         const std::vector<double> got = fractionsOf(renderBlur(in, 2.5));
         for (std::size_t i = 0; i < got.size(); ++i)
-            ASSERT_NEAR(got[i], expected[i], 1.01 / whiteOf(format))
+            ASSERT_NEAR(got[i], expected[i], 1.01 / Image::formatMaximum(format))
                 << Image::formatDepth(format) << " " << i;
     }
 }

@@ -107,9 +107,6 @@ TEST(Ramp, GivesColour1EverywhereWhenItsEndsMeetAndOneColourWhenAllAreOne) {
         for (const Pixel& p : solid)
             EXPECT_EQ(p, stored({0.7, 0.25, 0.5}, format));
     }
-    const Image::LinearRamp solid{
-        0.3f, 0.6f, {{{0.5f, 0, 1}, {0.5f, 0, 1}, {0.5f, 0, 1}, {0.5f, 0, 1}}}, {0, 0}, {1, 1}};
-    EXPECT_STREQ(Image::RampFilter<StandaloneHost>(solid).name(), "solid");
 }
 
 // Four points on one column, a row apart, their colours red, green, blue and white.

@@ -18,7 +18,7 @@ ImageBuffer grain(ImageBuffer& detail, ImageBuffer& receiver, float amount) {
     FilterLayer<Host> detailLayer(&detail);
     FilterLayer<Host> receiverLayer(&receiver);
     GrainFilter<Host> node(detailLayer, receiverLayer, amount);
-    return Tw::Test::renderNode(node, detail.rect, detail.pixelFormat());
+    return Tw::Test::renderImage(node, detail.rect, detail.pixelFormat());
 }
 
 // Component c of `image` at (x, y) clamped to its own rectangle.

@@ -78,17 +78,12 @@ Pixel turnedStored(const Pixel& stored, PixelFormat format, float hue, float sat
 
 std::vector<Pixel> render(double hue, double saturation, double brightness, const std::vector<Pixel>& stored,
                           PixelFormat format) {
-    ColorCorrectionPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setFloat(Plugins::ColorAdjustParam::Hue, hue);
-    params.setFloat(Plugins::ColorAdjustParam::Saturation, saturation);
-    params.setFloat(Plugins::ColorAdjustParam::Brightness, brightness);
-    ImageBuffer in = imageOf(stored, format);
-    ImageBuffer out;
-    out.allocate(in.rect, format);
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+    return renderEffect<ColorCorrectionPlugin<StandaloneHost>>(
+        stored, format, [&](Param::Parameters& params) {
+            params.setFloat(Plugins::ColorAdjustParam::Hue, hue);
+            params.setFloat(Plugins::ColorAdjustParam::Saturation, saturation);
+            params.setFloat(Plugins::ColorAdjustParam::Brightness, brightness);
+        });
 }
 
 // Greys, black and white, a colour in each sixth of the hue circle, and ties between the largest

@@ -1,18 +1,14 @@
 // The minimum and maximum filter against a box window worked out pixel by pixel, at every depth and
-// component order; its graph operations; and its sameness across processor variants, thread counts and
-// requested regions.
+// component order; its graph operations; the effects' radii and operations.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <optional>
 #include <random>
 #include <sstream>
 
 #include "host/standalone/Host.h"
-#include "image/graph/ImageView.h"
-#include "image/graph/KernelDispatch.h"
 #include "plugins/MinMaxPlugin.h"
-#include "tests/support/BareHost.h"
+#include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
 namespace {
@@ -20,51 +16,32 @@ namespace {
 using StandaloneHost = Tw::Host::Standalone::Host;
 using MaxFilter = MinMaxFilter<StandaloneHost, MaxOp>;
 using MinFilter = MinMaxFilter<StandaloneHost, MinOp>;
-
-const PixelFormat kFormats[] = {fourCC("argb"), fourCC("ae16"), fourCC("ae32"),
-                                fourCC("bgra"), fourCC("Bgra"), fourCC("BGra")};
-
-// Every component of `image` in memory order, row by row, as a double (exact at every depth).
-std::vector<double> componentsOf(const ImageBuffer& image) {
-    std::vector<double> values;
-    dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        for (int32_t y = image.rect.top; y < image.rect.bottom; ++y) {
-            const auto* row = reinterpret_cast<const T*>(image.pixelAddress(image.rect.left, y));
-            values.insert(values.end(), row, row + 4 * image.rect.width());
-        }
-    });
-    return values;
-}
-
-ImageBuffer imageOf(const PixelRect& rect, PixelFormat format, const std::vector<double>& values) {
-    ImageBuffer image;
-    image.allocate(rect, format);
-    dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        auto value = values.begin();
-        for (int32_t y = rect.top; y < rect.bottom; ++y) {
-            auto* row = reinterpret_cast<T*>(image.pixelAddress(rect.left, y));
-            for (int i = 0; i < 4 * rect.width(); ++i)
-                row[i] = static_cast<T>(*value++);
-        }
-    });
-    return image;
-}
+namespace Param = Tw::Host::Param;
 
 // Random components: any 8-bit value; at 16 bits mostly 0..32767 with a tenth at white, 32768; floats
 // from -0.5 to 2.
 ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, unsigned seed) {
     std::mt19937 random(seed);
     const int depth = formatDepth(format);
-    std::vector<double> values(static_cast<std::size_t>(rect.width()) * rect.height() * 4);
-    for (double& v : values) {
-        if (depth == 8) v = std::uniform_int_distribution<int>(0, 255)(random);
+    return Tw::Test::gridImage(rect, format, [&](int32_t, int32_t, int) -> double {
+        if (depth == 8) return std::uniform_int_distribution<int>(0, 255)(random);
         if (depth == 16)
-            v = random() % 10 == 0 ? 32768 : std::uniform_int_distribution<int>(0, 32767)(random);
-        if (depth == 32) v = std::uniform_real_distribution<float>(-0.5f, 2.0f)(random);
-    }
-    return imageOf(rect, format, values);
+            return random() % 10 == 0 ? 32768 : std::uniform_int_distribution<int>(0, 32767)(random);
+        return std::uniform_real_distribution<float>(-0.5f, 2.0f)(random);
+    });
+}
+
+// Components in memory order, pixel after pixel.
+ImageBuffer imageOf(const PixelRect& rect, PixelFormat format, const std::vector<double>& values) {
+    return Tw::Test::gridImage(rect, format, [&](int32_t x, int32_t y, int c) {
+        return values[static_cast<std::size_t>(((y - rect.top) * rect.width() + x - rect.left) * 4 + c)];
+    });
+}
+
+std::vector<double> componentsOf(const ImageBuffer& image) {
+    std::vector<double> values;
+    Tw::Test::forEachComponent(image, [&](int32_t, int32_t, int, double v) { values.push_back(v); });
+    return values;
 }
 
 // The order of the comparison: 16-bit values as signed 16-bit integers.
@@ -75,9 +52,7 @@ double rank(double v, int depth) {
 // Each component of `out` the extreme of the input's components in the box around it, positions outside
 // the input left out; an empty box gives 0.
 std::vector<double> bruteForce(const ImageBuffer& input, const PixelRect& out, int rx, int ry, bool max) {
-    const std::vector<double> in = componentsOf(input);
     const PixelRect r = input.rect;
-    const int depth = input.depth();
     std::vector<double> result;
     for (int y = out.top; y < out.bottom; ++y) {
         for (int x = out.left; x < out.right; ++x) {
@@ -86,10 +61,9 @@ std::vector<double> bruteForce(const ImageBuffer& input, const PixelRect& out, i
                 double best = 0;
                 for (int v = std::max(y - ry, r.top); v <= std::min(y + ry, r.bottom - 1); ++v) {
                     for (int u = std::max(x - rx, r.left); u <= std::min(x + rx, r.right - 1); ++u) {
-                        const double s = in[((v - r.top) * r.width() + (u - r.left)) * 4 + c];
-                        const bool better =
-                            max ? rank(s, depth) > rank(best, depth) : rank(s, depth) < rank(best, depth);
-                        if (!any || better) best = s;
+                        const double s = Tw::Test::componentAt(input, u, v, c);
+                        const double sr = rank(s, input.depth()), br = rank(best, input.depth());
+                        if (!any || (max ? sr > br : sr < br)) best = s;
                         any = true;
                     }
                 }
@@ -139,18 +113,23 @@ void expectBruteForce(const ImageBuffer& input, int rx, int ry) {
               "");
 }
 
-// Windows.
-
 TEST(MinMaxWindows, EqualTheBoxAtEveryDepthAndOrder) {
     // Radius 1 and unequal radii keep both passes in one node; from 2 on both axes the graph splits them.
-    const std::pair<int, int> radii[] = {{1, 1}, {1, 0}, {0, 2}, {1, 4}, {2, 2}, {3, 7}, {10, 4}};
-    // Sizes that leave partial groups of rows and of columns, with a frame not at the origin.
-    const PixelRect rects[] = {{-3, 5, 34, 28}, {0, 0, 75, 41}};
+    // Sizes that leave partial groups of rows and of columns, with a frame not at the origin; radii
+    // beyond small and thin images give every pixel the extreme of its row and column passes.
+    struct Case {
+        PixelRect rect;
+        std::vector<std::pair<int, int>> radii;
+    };
+    const std::vector<std::pair<int, int>> usual = {{1, 1}, {1, 0}, {0, 2}, {1, 4}, {2, 2}, {3, 7}, {10, 4}},
+                                           large = {{40, 30}, {100, 1}, {1, 100}, {3, 5}};
+    const Case cases[] = {{{-3, 5, 34, 28}, usual}, {{0, 0, 75, 41}, usual}, {{0, 0, 9, 6}, large},
+                          {{0, 0, 1, 40}, large},   {{0, 0, 50, 1}, large},  {{0, 0, 2, 3}, large}};
     unsigned seed = 1;
-    for (const PixelFormat format : kFormats) {
-        for (const PixelRect& rect : rects) {
-            const ImageBuffer input = randomImage(rect, format, seed++);
-            for (const auto& [rx, ry] : radii) {
+    for (const PixelFormat format : Tw::Test::kEveryFormat) {
+        for (const Case& c : cases) {
+            const ImageBuffer input = randomImage(c.rect, format, seed++);
+            for (const auto& [rx, ry] : c.radii) {
                 expectBruteForce<MaxOp>(input, rx, ry);
                 expectBruteForce<MinOp>(input, rx, ry);
             }
@@ -158,56 +137,32 @@ TEST(MinMaxWindows, EqualTheBoxAtEveryDepthAndOrder) {
     }
 }
 
-TEST(MinMaxWindows, ShrinkOnSmallAndThinImagesDownToTheWholeImage) {
-    // Radii beyond the image give every pixel the extreme of its row and column passes.
-    const PixelRect rects[] = {{0, 0, 9, 6}, {0, 0, 1, 40}, {0, 0, 50, 1}, {0, 0, 2, 3}};
-    for (const PixelFormat format : kFormats) {
-        for (const PixelRect& rect : rects) {
-            const ImageBuffer input = randomImage(rect, format, 7);
-            for (const auto& [rx, ry] :
-                 {std::pair{40, 30}, std::pair{100, 1}, std::pair{1, 100}, std::pair{3, 5}}) {
-                expectBruteForce<MaxOp>(input, rx, ry);
-                expectBruteForce<MinOp>(input, rx, ry);
-            }
-        }
-    }
-}
-
+// Unsplit, the node's temporary spans the output, and a pixel outside the input whose box meets it takes
+// the box; further out the result is transparent black. Split, the row pass covers only the input's
+// bounds, so columns beyond them end transparent black; rows beyond them still take the boxes that reach
+// them.
 TEST(MinMaxWindows, AnOutputBeyondTheInputTakesTheWindowsThatReachIt) {
-    // Unsplit, the node's temporary spans the output, and a pixel outside the input whose box meets it
-    // takes the box; further out the result is transparent black.
     const PixelRect inputRect{0, 0, 12, 9}, outRect{-20, -15, 33, 30};
-    for (const PixelFormat format : kFormats) {
+    for (const PixelFormat format : Tw::Test::kEveryFormat) {
         const ImageBuffer input = randomImage(inputRect, format, 13);
+        SCOPED_TRACE(testing::Message() << "depth " << input.depth());
         for (const auto& [rx, ry] : {std::pair{1, 4}, std::pair{5, 1}}) {
-            SCOPED_TRACE(testing::Message() << "depth " << input.depth() << " radii " << rx << ", " << ry);
             EXPECT_EQ(firstDifference(render<MinOp>(input, rx, ry, outRect),
                                       bruteForce(input, outRect, rx, ry, false), outRect),
                       "");
         }
-    }
-}
-
-TEST(MinMaxWindows, SplitPassesLeaveTheColumnsBeyondTheInputBlack) {
-    // Split, the row pass covers only the input's bounds, so columns beyond them end transparent black;
-    // rows beyond them still take the boxes that reach them.
-    const PixelRect inputRect{0, 0, 12, 9}, outRect{-20, -15, 33, 30};
-    for (const PixelFormat format : kFormats) {
-        const ImageBuffer input = randomImage(inputRect, format, 13);
-        auto expected = bruteForce(input, outRect, 3, 2, true);
+        auto split = bruteForce(input, outRect, 3, 2, true);
         for (int y = outRect.top, i = 0; y < outRect.bottom; ++y)
             for (int x = outRect.left; x < outRect.right; ++x, i += 4)
-                if (x < inputRect.left || x >= inputRect.right) std::fill_n(expected.begin() + i, 4, 0.0);
-        EXPECT_EQ(firstDifference(render<MaxOp>(input, 3, 2, outRect), expected, outRect), "")
-            << "depth " << input.depth();
+                if (x < inputRect.left || x >= inputRect.right) std::fill_n(split.begin() + i, 4, 0.0);
+        EXPECT_EQ(firstDifference(render<MaxOp>(input, 3, 2, outRect), split, outRect), "");
     }
 }
 
-// Stored values.
-
-TEST(MinMaxValues, SixteenBitsCompareAsSignedSoWhiteIsLowest) {
-    // White, 32768, between 100 and 7: the maximum drops it wherever another value is in the window, and
-    // the minimum picks it wherever it is in the window. Only a window of white alone stays white.
+// White, 32768, between 100 and 7: 16-bit values compare as signed, so the maximum drops white wherever
+// another value is in the window and the minimum picks it wherever it is; only a window of white alone
+// stays white. Floats beyond 0..1 are kept.
+TEST(MinMaxValues, SixteenBitsCompareAsSignedAndFloatsKeepTheirRange) {
     for (const PixelFormat format : {fourCC("ae16"), fourCC("Bgra")}) {
         const ImageBuffer input =
             imageOf({0, 0, 3, 1}, format, {100, 0, 100, 32768, 32768, 32768, 32768, 32768, 7, 7, 7, 7});
@@ -215,9 +170,6 @@ TEST(MinMaxValues, SixteenBitsCompareAsSignedSoWhiteIsLowest) {
                   (std::vector<double>{100, 0, 100, 32768, 100, 7, 100, 7, 7, 7, 7, 7}));
         EXPECT_EQ(render<MinOp>(input, 1, 1, input.rect), std::vector<double>(12, 32768));
     }
-}
-
-TEST(MinMaxValues, FloatsBeyondZeroToOneAreKept) {
     const ImageBuffer input =
         imageOf({0, 0, 3, 1}, fourCC("ae32"), {0.5, 3.5, -2, 1, 0.25, 0, 7, 0.5, 1, 1, 1, 1});
     EXPECT_EQ(render<MaxOp>(input, 2, 0, input.rect),
@@ -251,66 +203,52 @@ TEST(MinMaxNode, BoxesInSeriesFoldIntoOneWithSummedRadii) {
     EXPECT_EQ(reader.mergeWith(shared), MergeResult::No);
 }
 
-}  // namespace
-}  // namespace Tw::Image
-
-namespace Tw::Plugins {
-namespace {
-
-using StandaloneHost = Tw::Host::Standalone::Host;
 using Radii = std::pair<int32_t, int32_t>;
 
 // The radii of the node the effect builds for "Radius" at a downsampling of (dx, dy); nothing when the
 // graph is the input alone.
 template <class Op>
 std::optional<Radii> radiiFor(int radius, double dx = 1, double dy = 1) {
-    MinMaxPlugin<StandaloneHost, Op> effect;
+    Plugins::MinMaxPlugin<StandaloneHost, Op> effect;
     effect.downsampleX = dx;
     effect.downsampleY = dy;
     Param::Parameters params;
     effect.defineParameters(params);
     params.setInt(radius, 0);
-    Image::FilterLayer<StandaloneHost> source(nullptr, {0, 0, 10, 10});
+    FilterLayer<StandaloneHost> source(nullptr, {0, 0, 10, 10});
     Plugins::FilterChain<StandaloneHost> chain(effect, source, {});
-    const auto& node = MinMaxPluginFilters<StandaloneHost, Op>::makeFilters(chain, params);
+    const auto& node = Plugins::MinMaxPluginFilters<StandaloneHost, Op>::makeFilters(chain, params);
     if (&node == &source) return std::nullopt;
-    const auto& filter = dynamic_cast<const Image::MinMaxFilter<StandaloneHost, Op>&>(node);
+    const auto& filter = dynamic_cast<const MinMaxFilter<StandaloneHost, Op>&>(node);
     return Radii{filter.xRadius, filter.yRadius};
 }
 
-TEST(MinMaxEffect, RadiusZeroGivesNoNodeAndDownsamplingScalesEachAxis) {
-    EXPECT_EQ(radiiFor<Image::MaxOp>(0), std::nullopt);
-    EXPECT_EQ(radiiFor<Image::MinOp>(0), std::nullopt);
-    EXPECT_EQ(radiiFor<Image::MaxOp>(1), (Radii{1, 1}));
-    EXPECT_EQ(radiiFor<Image::MinOp>(10), (Radii{10, 10}));
-    // Truncated per axis, down to 0; a factor that is not positive counts as 1.
-    EXPECT_EQ(radiiFor<Image::MaxOp>(10, 0.25, 0.05), (Radii{2, 0}));
-    EXPECT_EQ(radiiFor<Image::MaxOp>(7, 0.5, 0), (Radii{3, 7}));
-}
+// "Radius" is scaled per axis and truncated, down to 0; a factor that is not positive counts as 1. Each
+// of the two entries renders its own box.
+TEST(MinMaxEffect, RadiiFollowTheDownsamplingAndEachEntryRendersItsBox) {
+    EXPECT_EQ(radiiFor<MaxOp>(0), std::nullopt);
+    EXPECT_EQ(radiiFor<MinOp>(0), std::nullopt);
+    EXPECT_EQ(radiiFor<MaxOp>(1), (Radii{1, 1}));
+    EXPECT_EQ(radiiFor<MinOp>(10), (Radii{10, 10}));
+    EXPECT_EQ(radiiFor<MaxOp>(10, 0.25, 0.05), (Radii{2, 0}));
+    EXPECT_EQ(radiiFor<MaxOp>(7, 0.5, 0), (Radii{3, 7}));
 
-TEST(MinMaxEffect, BothEntriesRenderTheirBox) {
-    const Image::PixelFormat format = Image::fourCC("bgra");
-    const Image::ImageBuffer input = Image::randomImage({0, 0, 40, 30}, format, 9);
-    for (const bool max : {true, false}) {
-        std::unique_ptr<StandaloneHost> effect;
-        if (max)
-            effect = std::make_unique<MaxPlugin<StandaloneHost>>();
-        else
-            effect = std::make_unique<MinPlugin<StandaloneHost>>();
-        effect->downsampleY = 0.5;
+    ImageBuffer input = randomImage({0, 0, 40, 30}, fourCC("bgra"), 9);
+    const auto expectBox = [&](StandaloneHost&& effect, bool max) {
+        effect.downsampleY = 0.5;
         Param::Parameters params;
-        effect->defineParameters(params);
+        effect.defineParameters(params);
         params.setInt(4, 0);
-        Image::ImageBuffer in = Image::imageOf(input.rect, format, Image::componentsOf(input));
-        Image::ImageBuffer out;
-        out.allocate(input.rect, format);
-        ASSERT_EQ(effect->render(params, in, out), 0);
-        EXPECT_EQ(Image::firstDifference(Image::componentsOf(out),
-                                         Image::bruteForce(input, input.rect, 4, 2, max), input.rect),
+        ImageBuffer out;
+        out.allocate(input.rect, input.pixelFormat());
+        ASSERT_EQ(effect.render(params, input, out), 0);
+        EXPECT_EQ(firstDifference(componentsOf(out), bruteForce(input, input.rect, 4, 2, max), input.rect),
                   "")
             << (max ? "max" : "min");
-    }
+    };
+    expectBox(Plugins::MaxPlugin<StandaloneHost>(), true);
+    expectBox(Plugins::MinPlugin<StandaloneHost>(), false);
 }
 
 }  // namespace
-}  // namespace Tw::Plugins
+}  // namespace Tw::Image

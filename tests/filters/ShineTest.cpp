@@ -60,7 +60,7 @@ TEST(ShineFilter, OnlyDarkensAndNoScaleDropsTheNode) {
         FilterLayer<Host> layer(&input);
         const DomainTransformParams blur{3, 3, 0.4f, 3};
         ShineFilter<Host> shine(layer, blur, 0.7f);
-        const ImageBuffer out = Tw::Test::renderNode(shine, input.rect, format);
+        const ImageBuffer out = Tw::Test::renderImage(shine, input.rect, format);
         int darkened = 0;
         Tw::Test::forEachComponent(out, [&](int32_t x, int32_t y, int c, double value) {
             ASSERT_LE(value, componentAt(input, x, y, c)) << x << ", " << y;

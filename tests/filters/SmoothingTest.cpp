@@ -8,11 +8,10 @@
 #include <tuple>
 
 #include "host/standalone/Host.h"
-#include "image/graph/ImageView.h"
-#include "image/graph/KernelDispatch.h"
 #include "image/graph/Scheduler.h"
 #include "plugins/SmoothingPlugin.h"
 #include "tests/support/BareHost.h"
+#include "tests/support/ComponentGrid.h"
 
 namespace Tw::Plugins {
 namespace {
@@ -30,31 +29,19 @@ using Difference = Image::DifferenceFilter<Host>;
 using Minimum = Image::MinMaxFilter<Host, Image::MinOp>;
 using Maximum = Image::MinMaxFilter<Host, Image::MaxOp>;
 
+// Random values: 16 bits beyond white too.
 ImageBuffer randomImage(const PixelRect& rect, PixelFormat format, uint32_t seed) {
-    ImageBuffer image;
-    image.allocate(rect, format);
     std::mt19937 random(seed);
     const float white = Image::formatMaximum(format);
-    std::uniform_real_distribution<float> unit(0.0f,
-                                               white == 32768 ? 1.25f : 1.0f);  // 16 bits beyond white too
-    Image::dispatchLayout(image, [&](auto layout) {
-        using T = typename decltype(layout)::Component;
-        auto* v = reinterpret_cast<T*>(image.pixels());
-        for (std::size_t i = 0; i < std::size_t(image.rowStride()) / sizeof(T) * rect.height(); ++i)
-            v[i] = static_cast<T>(white == 1 ? unit(random) : std::floor(unit(random) * white));
+    std::uniform_real_distribution<float> unit(0.0f, white == 32768 ? 1.25f : 1.0f);
+    return Tw::Test::gridImage(rect, format, [&](int32_t, int32_t, int) {
+        return white == 1 ? unit(random) : std::floor(unit(random) * white);
     });
-    return image;
 }
 
 std::vector<float> componentsOf(const ImageBuffer& image) {
     std::vector<float> values;
-    Image::dispatchLayout(image, [&](auto layout) {
-        const auto view = Image::ImageView<typename decltype(layout)::Component>::of(image);
-        for (int32_t y = image.rect.top; y < image.rect.bottom; ++y)
-            for (int32_t x = image.rect.left; x < image.rect.right; ++x)
-                for (int c = 0; c < 4; ++c)
-                    values.push_back(static_cast<float>(view.at(x, y)[c]));
-    });
+    Tw::Test::forEachComponent(image, [&](int32_t, int32_t, int, double v) { values.push_back(float(v)); });
     return values;
 }
 

@@ -65,18 +65,12 @@ Pixel tintedStored(const Pixel& stored, PixelFormat format, const Ramp& ramp) {
 }
 
 std::vector<Pixel> render(const Ramp& ramp, const std::vector<Pixel>& stored, PixelFormat format) {
-    TintPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    for (int k = 0; k < 4; ++k) {
-        params.setFloat(TintParam::Point1 + k, ramp.points[k]);
-        params.setColor(ramp.colours[k], TintParam::Color1 + k);
-    }
-    ImageBuffer in = imageOf(stored, format);
-    ImageBuffer out;
-    out.allocate(in.rect, format);
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+    return renderEffect<TintPlugin<StandaloneHost>>(stored, format, [&](Param::Parameters& params) {
+        for (int k = 0; k < 4; ++k) {
+            params.setFloat(TintParam::Point1 + k, ramp.points[k]);
+            params.setColor(ramp.colours[k], TintParam::Color1 + k);
+        }
+    });
 }
 
 const std::vector<Pixel> kColours = {{0, 0, 0, 1},         {1, 1, 1, 0.5},        {1, 0, 0, 1},
@@ -99,52 +93,41 @@ TEST(Tint, FollowsTheRampAtEveryDepth) {
     }
 }
 
-TEST(Tint, TheDefaultsGiveTheGreyOfTheLuminance) {
-    // Pure red has luminance 0.3, on the first piece: 0.33 * 0.3 / 0.33 = 0.3, cut at 8 bits from 76.5
-    // to 76. Grey 0.5 lies on the second piece: 0.33 + 0.33 * (0.5 - 0.33) / 0.33 = 0.5.
-    const auto out8 = render(kGreyRamp, {{255, 0, 0, 255}, {128, 128, 128, 7}}, Image::fourCC("bgra"));
-    EXPECT_EQ(out8[0], (Pixel{76, 76, 76, 255}));
-    for (int c = 0; c < 3; ++c)
-        EXPECT_NEAR(out8[1][c], 128, 1);
-    EXPECT_EQ(out8[1][3], 7);
-    const auto outFloat = render(kGreyRamp, {{1, 0, 0, 1}, {0.5, 0.5, 0.5, 2}}, Image::fourCC("ae32"));
-    for (int c = 0; c < 3; ++c) {
-        EXPECT_NEAR(outFloat[0][c], 0.3, 1e-6);
-        EXPECT_NEAR(outFloat[1][c], 0.5, 1e-6);
-    }
-    EXPECT_EQ(outFloat[1][3], 2);
-}
-
-TEST(Tint, EqualMiddlePointsAndAFirstPointAtTheTop) {
+// Values worked out by hand. The defaults give the grey of the luminance: pure red, of luminance 0.3,
+// lies on the first piece, 0.33 * 0.3 / 0.33 = 0.3, cut at 8 bits from 76.5 to 76; grey 0.5 on the
+// second, 0.33 + 0.33 * (0.5 - 0.33) / 0.33. Points 2 and 3 both at 50: below it the first piece, from it
+// on the third, with no division by zero. The first point at 100: its colour wherever the luminance is at
+// most 1; a float pixel above it passes the first test and takes the last colour. Points 10, 70, 40, 90:
+// luminance 0.5 is below the second point, so the first piece takes it, at (0.5 - 0.1) / 0.6 = 2/3; 0.8
+// is past the second and third, so the third piece, from point 3 at 0.4, at (0.8 - 0.4) / 0.5 = 0.8. No
+// pixel reaches the second piece.
+TEST(Tint, ValuesWorkedByHand) {
     const Param::ParamColor black{0, 0, 0}, red{1, 0, 0}, green{0, 1, 0}, blue{0, 0, 1};
-    const auto format = Image::fourCC("ae32");
-    // Points 2 and 3 both at 50: below it the first piece, from it on the third; no division by zero.
-    // Greys of luminance 0.25 and 0.75 lie halfway along those pieces.
-    const auto equal = render({{0, 50, 50, 100}, {black, red, green, blue}},
-                              {{0.25, 0.25, 0.25, 1}, {0.75, 0.75, 0.75, 1}}, format);
-    for (int c = 0; c < 3; ++c) {
-        EXPECT_NEAR(equal[0][c], (Pixel{0.5, 0, 0, 1})[c], 1e-6);
-        EXPECT_NEAR(equal[1][c], (Pixel{0, 0.5, 0.5, 1})[c], 1e-6);
-    }
-    // The first point at 100: its colour wherever the luminance is at most 1. A float pixel above it
-    // passes the first test and takes the last colour.
-    const auto top = render({{100, 33, 66, 100}, {red, green, blue, black}},
-                            {{0.2, 0.9, 0.4, 1}, {1, 0, 0, 1}, {2, 2, 2, 1}}, format);
-    EXPECT_EQ(top[0], (Pixel{1, 0, 0, 1}));
-    EXPECT_EQ(top[1], (Pixel{1, 0, 0, 1}));
-    EXPECT_EQ(top[2], (Pixel{0, 0, 0, 1}));
-}
-
-TEST(Tint, APointOutOfOrderShadowsTheNext) {
-    // Points 10, 70, 40, 90. Luminance 0.5 is below the second point, so the first piece takes it, at
-    // (0.5 - 0.1) / 0.6 = 2/3; 0.8 is past the second and third, so the third piece, from point 3 at
-    // 0.4, at (0.8 - 0.4) / 0.5 = 0.8. No pixel reaches the second piece.
-    const Param::ParamColor black{0, 0, 0}, red{1, 0, 0}, green{0, 1, 0}, blue{0, 0, 1};
-    const auto out = render({{10, 70, 40, 90}, {black, red, green, blue}},
-                            {{0.5, 0.5, 0.5, 1}, {0.8, 0.8, 0.8, 1}}, Image::fourCC("ae32"));
-    for (int c = 0; c < 3; ++c) {
-        EXPECT_NEAR(out[0][c], (Pixel{2 / 3., 0, 0, 1})[c], 1e-6);
-        EXPECT_NEAR(out[1][c], (Pixel{0, 0.2, 0.8, 1})[c], 1e-6);
+    const Ramp equal{{0, 50, 50, 100}, {black, red, green, blue}},
+        top{{100, 33, 66, 100}, {red, green, blue, black}},
+        unsorted{{10, 70, 40, 90}, {black, red, green, blue}};
+    const PixelFormat k8 = Image::fourCC("bgra"), k32 = Image::fourCC("ae32");
+    struct Case {
+        const Ramp& ramp;
+        PixelFormat format;
+        Pixel in, want;
+    };
+    const Case cases[] = {
+        {kGreyRamp, k8, {255, 0, 0, 255}, {76, 76, 76, 255}},
+        {kGreyRamp, k32, {1, 0, 0, 1}, {0.3, 0.3, 0.3, 1}},
+        {kGreyRamp, k32, {0.5, 0.5, 0.5, 2}, {0.5, 0.5, 0.5, 2}},
+        {equal, k32, {0.25, 0.25, 0.25, 1}, {0.5, 0, 0, 1}},
+        {equal, k32, {0.75, 0.75, 0.75, 1}, {0, 0.5, 0.5, 1}},
+        {top, k32, {0.2, 0.9, 0.4, 1}, {1, 0, 0, 1}},
+        {top, k32, {1, 0, 0, 1}, {1, 0, 0, 1}},
+        {top, k32, {2, 2, 2, 1}, {0, 0, 0, 1}},
+        {unsorted, k32, {0.5, 0.5, 0.5, 1}, {2 / 3., 0, 0, 1}},
+        {unsorted, k32, {0.8, 0.8, 0.8, 1}, {0, 0.2, 0.8, 1}},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const Pixel out = render(cases[i].ramp, {cases[i].in}, cases[i].format)[0];
+        for (int c = 0; c < 4; ++c)
+            EXPECT_NEAR(out[c], cases[i].want[c], 1e-6) << "case " << i << ", component " << c;
     }
 }
 

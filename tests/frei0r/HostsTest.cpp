@@ -24,6 +24,7 @@
 
 #include "host/frei0r/PluginFileName.h"
 #include "tests/frei0r/HostSettings.h"
+#include "tests/support/TestLayer.h"
 #include "tools/common/ParameterLabels.h"
 #include "tools/common/ParameterValues.h"
 #include "tools/twfx/EffectLookup.h"
@@ -81,18 +82,6 @@ std::string firstDifference(const std::vector<char>& actual, const std::vector<c
     return {};
 }
 
-// `params`, the effect's parameter list, at the settings the effect declares busy, read as twfx reads
-// --set.
-void setBusy(const EffectEntry& entry, Param::Parameters& params) {
-    Tools::Twfx::defineParameters(entry, params);
-    std::ostringstream warnings;
-    for (const std::string_view setting : entry.busySettings) {
-        const std::size_t equals = setting.find('=');
-        const int index = Tools::findParameter(params, setting.substr(0, equals), entry.displayName);
-        Tools::setParameterFromText(params, index, setting.substr(equals + 1), warnings);
-    }
-}
-
 enum class Settings { Defaults, Busy, Varied };
 
 std::string nameOf(const ::testing::TestParamInfo<Settings>& settings) {
@@ -135,7 +124,8 @@ protected:
                 return HostSettings(plugin);
             case Settings::Busy: {
                 Param::Parameters busy;
-                setBusy(entry, busy);
+                Tools::Twfx::defineParameters(entry, busy);
+                ::Tw::Test::applySettings(busy, entry.busySettings, entry.displayName);
                 return HostSettings(plugin, host, busy);
             }
             default:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 
 #include "host/frei0r/ParamMapping.h"
 #include "tests/frei0r/HostValues.h"
@@ -22,99 +23,80 @@ struct OneRecord {
     // Sets the host's number; whether it was taken as given.
     bool setNumber(double number) { return setFromHost(params, 0, numberValue(number)); }
     double hostNumber() const { return hostValueOf(params.records[0]).number; }
+    std::string explanation() const { return explanationOf(params.records[0]); }
+
+    // For each (host number, taken as given, value stored): sets the number and reads the value back.
+    template <class Read>
+    void expectSets(std::initializer_list<std::tuple<double, bool, double>> cases, Read read) {
+        for (const auto& [number, taken, stored] : cases) {
+            EXPECT_EQ(setNumber(number), taken) << number;
+            EXPECT_EQ(read(params), stored) << number;
+        }
+    }
 
     Param::Parameters params;
 };
 
+const auto floatValue = [](const Param::Parameters& p) { return p.getFloat(0); };
+const auto intValue = [](const Param::Parameters& p) { return double(p.getInt(0)); };
+
 TEST(ParamMapping, FloatSlidersSpanTheirSliderRangeAndClampToTheValidRange) {
     OneRecord amount(ParamRecord::floatSlider("Smoothing Amount", 30, 0, 200));
     EXPECT_EQ(amount.hostNumber(), 0.15);
-    EXPECT_TRUE(amount.setNumber(0.25));
-    EXPECT_EQ(amount.params.getFloat(0), 50.0);
-    EXPECT_FALSE(amount.setNumber(1.5));
-    EXPECT_EQ(amount.params.getFloat(0), 200.0);
+    amount.expectSets({{0.25, true, 50}, {1.5, false, 200}}, floatValue);
     EXPECT_EQ(amount.hostNumber(), 1.0);
 
     // Beyond 0..1 a host reaches what the valid range holds past the slider.
     OneRecord radius(ParamRecord::floatSlider("Radius", 10, 0, 200).withSliderRange(0, 30));
-    EXPECT_TRUE(radius.setNumber(0.5));
-    EXPECT_EQ(radius.params.getFloat(0), 15.0);
-    EXPECT_TRUE(radius.setNumber(2.0));
-    EXPECT_EQ(radius.params.getFloat(0), 60.0);
-    EXPECT_FALSE(radius.setNumber(-0.5));
-    EXPECT_EQ(radius.params.getFloat(0), 0.0);
-    EXPECT_EQ(explanationOf(radius.params.records[0]), "0..30 over 0..1, valid 0..200");
+    radius.expectSets({{0.5, true, 15}, {2.0, true, 60}, {-0.5, false, 0}}, floatValue);
+    EXPECT_EQ(radius.explanation(), "0..30 over 0..1, valid 0..200");
 
     OneRecord detail(ParamRecord::floatSlider("Skin Detail Smoothing", 40, -400, 100));
     EXPECT_EQ(detail.hostNumber(), 0.88);
-    EXPECT_TRUE(detail.setNumber(0.2));
-    EXPECT_EQ(detail.params.getFloat(0), -300.0);
+    detail.expectSets({{0.2, true, -300}}, floatValue);
 
-    // Percent sliders keep percent in the record.
+    // Percent sliders keep percent in the record; no number leaves the value as it was.
     OneRecord percent(ParamRecord::floatSlider("From Low", 0, 0, 100, Percent));
-    EXPECT_TRUE(percent.setNumber(0.375));
-    EXPECT_EQ(percent.params.getFloat(0), 37.5);
-    EXPECT_EQ(explanationOf(percent.params.records[0]), "0..100 % over 0..1");
-
-    // No number leaves the value as it was.
-    EXPECT_FALSE(percent.setNumber(std::numeric_limits<double>::quiet_NaN()));
-    EXPECT_FALSE(percent.setNumber(std::numeric_limits<double>::infinity()));
-    EXPECT_EQ(percent.params.getFloat(0), 37.5);
+    percent.expectSets({{0.375, true, 37.5},
+                        {std::numeric_limits<double>::quiet_NaN(), false, 37.5},
+                        {std::numeric_limits<double>::infinity(), false, 37.5}},
+                       floatValue);
+    EXPECT_EQ(percent.explanation(), "0..100 % over 0..1");
 }
 
-TEST(ParamMapping, IntegerSlidersRoundAndClampWithoutOverflow) {
+TEST(ParamMapping, IntegerSlidersRoundAndClampWithoutOverflowAndCheckboxesTurnAtOneHalf) {
     OneRecord radius(ParamRecord::intSlider("Radius", 10, 0, 100).withSliderRange(0, 30));
     EXPECT_EQ(radius.hostNumber(), 10.0 / 30.0);
-    EXPECT_TRUE(radius.setNumber(0.5));
-    EXPECT_EQ(radius.params.getInt(0), 15);
-    EXPECT_TRUE(radius.setNumber(0.51));  // 15.3
-    EXPECT_EQ(radius.params.getInt(0), 15);
-    EXPECT_TRUE(radius.setNumber(0.52));  // 15.6
-    EXPECT_EQ(radius.params.getInt(0), 16);
-    EXPECT_TRUE(radius.setNumber(0.75 / 30));  // 0.75
-    EXPECT_EQ(radius.params.getInt(0), 1);
-    EXPECT_TRUE(radius.setNumber(3.0));
-    EXPECT_EQ(radius.params.getInt(0), 90);
-    EXPECT_FALSE(radius.setNumber(1e300));
-    EXPECT_EQ(radius.params.getInt(0), 100);
-    EXPECT_FALSE(radius.setNumber(-1e300));
-    EXPECT_EQ(radius.params.getInt(0), 0);
-    EXPECT_EQ(explanationOf(radius.params.records[0]), "0..30 in whole steps over 0..1, valid 0..100");
-}
+    radius.expectSets({{0.5, true, 15},
+                       {0.51, true, 15},  // 15.3
+                       {0.52, true, 16},  // 15.6
+                       {0.75 / 30, true, 1},
+                       {3.0, true, 90},
+                       {1e300, false, 100},
+                       {-1e300, false, 0}},
+                      intValue);
+    EXPECT_EQ(radius.explanation(), "0..30 in whole steps over 0..1, valid 0..100");
 
-TEST(ParamMapping, CheckboxesAreBoolsFromOneHalf) {
     OneRecord clamp(ParamRecord::checkbox("Clamp", false));
     EXPECT_EQ(clamp.hostNumber(), 0.0);
-    EXPECT_TRUE(clamp.setNumber(0.5));
-    EXPECT_TRUE(clamp.params.getBool(0));
-    EXPECT_EQ(clamp.hostNumber(), 1.0);
-    EXPECT_TRUE(clamp.setNumber(0.49));
-    EXPECT_FALSE(clamp.params.getBool(0));
+    clamp.expectSets({{0.5, true, 1}, {0.49, true, 0}},
+                     [](const Param::Parameters& p) { return double(p.getBool(0)); });
 }
 
 TEST(ParamMapping, PopupsSelectTheItemTheirExplanationNumbers) {
     OneRecord mode(ParamRecord::popup("Blend Mode", {"Normal", "Multiply", "Screen"}, 0));
-    EXPECT_EQ(explanationOf(mode.params.records[0]), "item by number: 0 Normal, 0.5 Multiply, 1 Screen");
-    EXPECT_TRUE(mode.setNumber(0.5));
-    EXPECT_EQ(mode.params.getInt(0), 1);
-    EXPECT_TRUE(mode.setNumber(0.74));
-    EXPECT_EQ(mode.params.getInt(0), 1);
-    EXPECT_TRUE(mode.setNumber(0.76));
-    EXPECT_EQ(mode.params.getInt(0), 2);
-    EXPECT_FALSE(mode.setNumber(1.6));
-    EXPECT_EQ(mode.params.getInt(0), 2);
+    EXPECT_EQ(mode.explanation(), "item by number: 0 Normal, 0.5 Multiply, 1 Screen");
+    mode.expectSets({{0.5, true, 1}, {0.74, true, 1}, {0.76, true, 2}, {1.6, false, 2}}, intValue);
     EXPECT_EQ(mode.hostNumber(), 1.0);
 
     // Numbers of items that aren't short decimals are written so that they still select their item.
     OneRecord seven(ParamRecord::popup("Seven", {"a", "b", "c", "d", "e", "f", "g"}, 3));
-    const std::string explanation = explanationOf(seven.params.records[0]);
+    const std::string explanation = seven.explanation();
     EXPECT_EQ(explanation.substr(0, 28), "item by number: 0 a, 0.16666");
     for (int item = 0; item < 7; ++item) {
-        const std::string name = std::string(1, static_cast<char>('a' + item));
-        const auto end = explanation.find(" " + name, 16);
+        const auto end = explanation.find(std::string(" ") + char('a' + item), 16);
         const auto start = explanation.rfind(' ', end - 1) + 1;
-        ASSERT_TRUE(seven.setNumber(std::stod(explanation.substr(start, end - start)))) << name;
-        EXPECT_EQ(seven.params.getInt(0), item);
+        seven.expectSets({{std::stod(explanation.substr(start, end - start)), true, double(item)}}, intValue);
     }
 
     // A string popup stores the chosen item's text.

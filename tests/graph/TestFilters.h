@@ -1,12 +1,11 @@
 // Small filters that exist only to exercise the graph: a per-pixel offset that can fold and pass
-// through, a two-input sum, a horizontal box that reads context, a generator, and a filter that fails.
+// through, a two-input sum, a horizontal box that reads context, a generator, and a filter that records
+// its bands.
 #pragma once
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <mutex>
-#include <stdexcept>
 #include <vector>
 
 #include "image/graph/Filter.h"
@@ -162,7 +161,7 @@ public:
     ComputeLog* log;
 };
 
-// Records the band and worker of every computeTile call; throws `failure` from the band of `failingSlice`.
+// Records the band and worker of every computeTile call.
 class RecordingFilter final : public Image::Filter<Host> {
 public:
     struct Call {
@@ -173,16 +172,11 @@ public:
     explicit RecordingFilter(Node& input) : Filter({&input}) {}
     const char* name() const override { return "recording"; }
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t threadCount) override {
-        {
-            std::lock_guard lock(mutex);
-            calls.push_back({band, threadIndex, threadCount});
-        }
-        if (failure && band.top == failingRow) failure();
+        std::lock_guard lock(mutex);
+        calls.push_back({band, threadIndex, threadCount});
     }
     std::mutex mutex;
     std::vector<Call> calls;
-    std::function<void()> failure;
-    int32_t failingRow = 0;
 };
 
 // An image over `rect` whose pixel (x, y) has red x/100, green y/100, blue 0.5, alpha 1.

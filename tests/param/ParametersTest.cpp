@@ -278,26 +278,6 @@ TEST(ParametersNotifications, ResetNotifiesEachIndexAfterItsOwnReset) {
     EXPECT_EQ(list.values, everyIndex);
 }
 
-TEST(ParametersAssign, MakesAnIndependentCopy) {
-    Parameters source;
-    declareEveryKind(source);
-    setEveryKind(source);
-    Parameters copy;
-    copy.records = {ParamRecord::checkbox("Stale", true)};
-
-    copy.assign(source);
-    ASSERT_EQ(copy.records.size(), source.records.size());
-    EXPECT_EQ(copy.getString(Note), source.getString(Note));
-    EXPECT_EQ(copy.records[Mode].items, source.records[Mode].items);
-
-    copy.records[Mode].items[0] = "Changed";
-    copy.setString("changed", Note);
-    copy.setFloat(Amount, 1);
-    EXPECT_EQ(source.records[Mode].items[0], "Normal");
-    EXPECT_EQ(source.getString(Note), R"(say "hi" \ bye)");
-    EXPECT_EQ(source.getFloat(Amount), 12.5);
-}
-
 // Popup items carry four-character codes as the hosts store them, the first character in the lowest byte,
 // one per item.
 TEST(ParamRecordDeclarations, PopupItemCodesAreOnePerItem) {

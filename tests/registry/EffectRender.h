@@ -10,17 +10,14 @@
 #include "host/standalone/Host.h"
 #include "image/graph/LayerRequest.h"
 #include "plugins/EffectRegistry.h"
+#include "tests/support/NodeRender.h"
 #include "tests/support/PatternImage.h"
 #include "tests/support/TestLayer.h"
 
 namespace Tw::Test {
 
-using StandaloneHost = Tw::Host::Standalone::Host;
 using RegistryEntry = Plugins::EffectEntry<StandaloneHost>;
 
-inline const Image::PixelFormat kEveryFormat[] = {Image::fourCC("argb"), Image::fourCC("ae16"),
-                                                  Image::fourCC("ae32"), Image::fourCC("bgra"),
-                                                  Image::fourCC("Bgra"), Image::fourCC("BGra")};
 inline constexpr Image::PixelRect kTestFrame = {0, 0, 61, 43};
 // A further layer smaller than the frame and off its origin, so that both its edges and the frame's show.
 inline constexpr Image::PixelRect kTestLayerFrame = {-7, 5, 40, 52};

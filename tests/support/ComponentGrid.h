@@ -10,12 +10,10 @@
 #include <random>
 #include <vector>
 
-#include "host/standalone/Host.h"
 #include "image/core/ImageBuffer.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
-#include "image/graph/Scheduler.h"
-#include "tests/support/BareHost.h"
+#include "tests/support/NodeRender.h"
 
 namespace Tw::Test {
 
@@ -49,16 +47,6 @@ inline Image::ImageBuffer randomGridImage(const Image::PixelRect& rect, Image::P
         if (white == 1) return std::uniform_real_distribution<double>(-0.5, 2.0)(random);
         return std::floor(std::uniform_real_distribution<double>(0, white + 1)(random));
     });
-}
-
-// `node` rendered through the graph over `rect`, in `format`, on a standalone host.
-inline Image::ImageBuffer renderNode(Image::FilterBase<Host::Standalone::Host>& node,
-                                     const Image::PixelRect& rect, Image::PixelFormat format) {
-    BareHost host;
-    Image::ImageBuffer out;
-    out.allocate(rect, format);
-    Image::prepareGraph<Host::Standalone::Host>(node, host, out);
-    return out;
 }
 
 // Component c of pixel (x, y), as a double (exact at every depth).

@@ -1,11 +1,13 @@
-// Single filter nodes rendered over rows of pixels, for the tests of the filters that several effects
-// share.
+// Single filter nodes and effects rendered over rows of pixels.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
 
 #include "host/standalone/Host.h"
+#include "image/graph/Filter.h"
 #include "image/graph/Scheduler.h"
 #include "tests/support/BareHost.h"
 #include "tests/support/PixelRows.h"
@@ -37,12 +39,31 @@ inline std::vector<Pixel> inUnitsOf(const std::vector<Pixel>& fractions, Image::
     return pixels;
 }
 
-// The output of `node` over `rect`, in `format`.
-inline std::vector<Pixel> renderNode(Node& node, const Image::PixelRect& rect, Image::PixelFormat format) {
+// The output of `node` over `rect`, in `format`, as an image and as pixels.
+inline Image::ImageBuffer renderImage(Node& node, const Image::PixelRect& rect, Image::PixelFormat format) {
     BareHost host;
     Image::ImageBuffer out;
     out.allocate(rect, format);
     Image::prepareGraph<StandaloneHost>(node, host, out);
+    return out;
+}
+
+inline std::vector<Pixel> renderNode(Node& node, const Image::PixelRect& rect, Image::PixelFormat format) {
+    return pixelsOf(renderImage(node, rect, format));
+}
+
+// The output of the effect `Plugin` over a row of `pixels`, its parameters at their defaults but for what
+// `set` changes.
+template <class Plugin, class Set>
+std::vector<Pixel> renderEffect(const std::vector<Pixel>& pixels, Image::PixelFormat format, Set&& set,
+                                Image::LayerImages layers = {}) {
+    Plugin effect;
+    Host::Param::Parameters params;
+    effect.defineParameters(params);
+    set(params);
+    Image::ImageBuffer in = imageOf(pixels, format), out;
+    out.allocate(in.rect, format);
+    EXPECT_EQ(effect.render(params, in, out, layers), 0);
     return pixelsOf(out);
 }
 

@@ -15,10 +15,7 @@ protected:
     // A render of an existing image with `extra` options added.
     RunResult renderWith(std::vector<std::string> extra) {
         writeImage<uint8_t>(file("in.png"), {1, 1, 3, {10, 20, 30}});
-        std::vector<std::string> arguments = {"render",       "Balance", "-i",
-                                              file("in.png"), "-o",      file("out.png")};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return twfx(arguments);
+        return twfx({"render", "Balance", "-i", file("in.png"), "-o", file("out.png")}, extra);
     }
 
     void expectUsageError(const RunResult& result, const std::string& message) {

@@ -26,9 +26,8 @@ protected:
     }
 
     TestImage<uint8_t> renderBlend(std::vector<std::string> extra) {
-        std::vector<std::string> arguments = {"render", "Blend", "-i", file("in.png"), "-o", file("out.png")};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        const RunResult result = twfx(arguments);
+        const RunResult result =
+            twfx({"render", "Blend", "-i", file("in.png"), "-o", file("out.png")}, extra);
         EXPECT_EQ(result.code, 0) << result.err;
         return readImage<uint8_t>(file("out.png"));
     }

@@ -2,6 +2,7 @@
 // names (exit code 5).
 #include <gmock/gmock.h>
 
+#include <array>
 #include <sstream>
 
 #include "tests/tools/TwfxFixture.h"
@@ -124,24 +125,15 @@ TEST_F(Labels, GroupsAndUnknownLabelsNameNoParameter) {
 
 TEST_F(Names, UnknownLabelsInSetAndLayer) {
     writeImage<uint8_t>(file("in.png"), {1, 1, 3, {10, 20, 30}});
-    const std::vector<std::string> render = {"render",       "Balance", "-i",
-                                             file("in.png"), "-o",      file("out.png")};
-    auto with = [&](std::vector<std::string> extra) {
-        std::vector<std::string> arguments = render;
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return twfx(arguments);
-    };
-    RunResult result = with({"--set", "Brightness=5"});
-    EXPECT_EQ(result.code, 5);
-    EXPECT_THAT(result.err, HasSubstr("\"Balance\" has no parameter \"Brightness\""));
-
-    result = with({"--layer", "Matte=" + file("in.png")});
-    EXPECT_EQ(result.code, 5);
-    EXPECT_THAT(result.err, HasSubstr("\"Balance\" has no parameter \"Matte\""));
-
-    result = with({"--layer", "Gamma=" + file("in.png")});
-    EXPECT_EQ(result.code, 5);
-    EXPECT_THAT(result.err, HasSubstr("\"Gamma\" is not a layer parameter"));
+    for (const auto& [option, value, message] : std::vector<std::array<std::string, 3>>{
+             {"--set", "Brightness=5", "\"Balance\" has no parameter \"Brightness\""},
+             {"--layer", "Matte=" + file("in.png"), "\"Balance\" has no parameter \"Matte\""},
+             {"--layer", "Gamma=" + file("in.png"), "\"Gamma\" is not a layer parameter"}}) {
+        const RunResult result =
+            twfx({"render", "Balance", "-i", file("in.png"), "-o", file("out.png"), option, value});
+        EXPECT_EQ(result.code, 5) << value;
+        EXPECT_THAT(result.err, HasSubstr(message));
+    }
     EXPECT_THAT(filesPresent(), Not(::testing::Contains("out.png")));
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <sstream>
+#include <tuple>
 
 #include "tools/common/ParameterValues.h"
 #include "tools/common/ToolError.h"
@@ -61,19 +62,15 @@ protected:
     std::ostringstream warnings;
 };
 
-TEST_F(ParameterValues, SlidersTakeTheirOwnUnits) {
-    set(kPercent, "50");
-    EXPECT_EQ(params.getFloat(kPercent), 50);
-    set(kPercent, " 12.5% ");
-    EXPECT_EQ(params.getFloat(kPercent), 12.5);
-    set(kFloat, "+2.25");
-    EXPECT_EQ(params.getFloat(kFloat), 2.25);
-    set(kInt, "7");
-    EXPECT_EQ(params.getInt(kInt), 7);
+// Sliders in their own units, percent in percent; a number beyond the range takes the bound, with a
+// warning that names the parameter.
+TEST_F(ParameterValues, SlidersTakeTheirOwnUnitsAndTheBoundOfTheirRange) {
+    for (const auto& [index, text, value] : std::vector<std::tuple<int, std::string, double>>{
+             {kPercent, "50", 50}, {kPercent, " 12.5% ", 12.5}, {kFloat, "+2.25", 2.25}, {kInt, "7", 7}}) {
+        set(index, text);
+        EXPECT_EQ(index == kInt ? params.getInt(index) : params.getFloat(index), value) << text;
+    }
     EXPECT_TRUE(warnings.str().empty());
-}
-
-TEST_F(ParameterValues, NumbersOutsideTheRangeTakeTheBoundWithAWarning) {
     set(kFloat, "9");
     EXPECT_EQ(params.getFloat(kFloat), 5);
     set(kInt, "99999999999");
@@ -105,15 +102,11 @@ TEST_F(ParameterValues, TextThatIsNoNumberIsABadValue) {
 }
 
 TEST_F(ParameterValues, CheckboxesTakeOnOffTrueFalseOneZero) {
-    for (const char* on : {"on", "TRUE", "1"}) {
-        set(kCheckbox, "off");
-        set(kCheckbox, on);
-        EXPECT_TRUE(params.getBool(kCheckbox)) << on;
-    }
-    for (const char* off : {"Off", "false", "0"}) {
-        set(kCheckbox, "on");
-        set(kCheckbox, off);
-        EXPECT_FALSE(params.getBool(kCheckbox)) << off;
+    for (const auto& [text, on] : std::vector<std::pair<const char*, bool>>{
+             {"on", true}, {"Off", false}, {"TRUE", true}, {"false", false}, {"1", true}, {"0", false}}) {
+        set(kCheckbox, on ? "off" : "on");
+        set(kCheckbox, text);
+        EXPECT_EQ(params.getBool(kCheckbox), on) << text;
     }
     EXPECT_EQ(failureOf(kCheckbox, "yes maybe").first, ExitCode::BadValue);
 }

@@ -6,6 +6,7 @@
 #include <sstream>
 #include <tuple>
 
+#include "tests/support/TestLayer.h"
 #include "tests/tools/TwfxFixture.h"
 #include "tools/common/ParameterLabels.h"
 #include "tools/common/ParameterValues.h"
@@ -29,9 +30,7 @@ protected:
     }
 
     std::vector<uint8_t> render(const std::string& out, std::vector<std::string> extra) {
-        std::vector<std::string> arguments = {"render", "Balance", "-i", file("in.png"), "-o", file(out)};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        const RunResult result = twfx(arguments);
+        const RunResult result = twfx({"render", "Balance", "-i", file("in.png"), "-o", file(out)}, extra);
         EXPECT_EQ(result.code, 0) << result.err;
         return readImage<uint8_t>(file(out)).values;
     }
@@ -93,12 +92,8 @@ TEST_F(Preset, EveryEffectsSavedPresetLoadsBack) {
         Param::Parameters saved, loaded;
         defineParameters(effect, saved);
         defineParameters(effect, loaded);
+        ::Tw::Test::applySettings(saved, effect.busySettings, effect.displayName);
         std::ostringstream warnings;
-        for (const std::string setting : effect.busySettings) {
-            const std::size_t equals = setting.find('=');
-            setParameterFromText(saved, findParameter(saved, setting.substr(0, equals), effect.displayName),
-                                 setting.substr(equals + 1), warnings);
-        }
         savePreset(saved, file("saved.txt"), effect.displayName);
         loadPreset(loaded, file("saved.txt"), effect.displayName, warnings);
         EXPECT_EQ(warnings.str(), "");

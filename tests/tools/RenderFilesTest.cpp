@@ -26,9 +26,7 @@ protected:
     }
 
     RunResult render(const std::string& in, const std::string& out, std::vector<std::string> extra = {}) {
-        std::vector<std::string> arguments = {"render", "Balance", "-i", in, "-o", out, "--set", "To Low=10"};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return twfx(arguments);
+        return twfx({"render", "Balance", "-i", in, "-o", out, "--set", "To Low=10"}, extra);
     }
 };
 

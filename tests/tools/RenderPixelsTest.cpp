@@ -30,62 +30,52 @@ double mappedInteger(double v, double white) {
 class RenderPixels : public TwfxFixture {
 protected:
     RunResult render(const std::string& in, const std::string& out, std::vector<std::string> extra = {}) {
-        std::vector<std::string> arguments = {"render", "Balance", "-i", file(in), "-o", file(out)};
-        arguments.insert(arguments.end(), kMap.begin(), kMap.end());
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return twfx(arguments);
+        extra.insert(extra.begin(), kMap.begin(), kMap.end());
+        return twfx({"render", "Balance", "-i", file(in), "-o", file(out)}, extra);
     }
 };
 
-TEST_F(RenderPixels, EightBitFollowsTheFormulaInBothOrders) {
-    // 1.5 v - 63.75 has a fraction of .25 or .75, so no value lies halfway between two.
-    TestImage<uint8_t> in{4, 2, 3, {}};
+// At 8 bits 1.5 v - 63.75 has a fraction of .25 or .75, so no value lies halfway between two. At 16 bits
+// the frame's values, white 32768, are even so that 1.5 v is whole; the file holds them scaled to 65535.
+// In float, above 1 stays above 1, and alpha goes through untouched.
+TEST_F(RenderPixels, EachDepthFollowsTheFormulaInBothOrders) {
+    TestImage<uint8_t> bytes{4, 2, 3, {}};
     for (int i = 0; i < 24; ++i)
-        in.values.push_back(static_cast<uint8_t>(i * 11));
-    writeImage(file("in.png"), in);
+        bytes.values.push_back(static_cast<uint8_t>(i * 11));
+    writeImage(file("in.png"), bytes);
+    const std::vector<double> frameValues = {0,     2,     5460,  8192,  8194, 16384,
+                                             20000, 27306, 30000, 32768, 1000, 12346};
+    TestImage<uint16_t> words{2, 2, 3, {}};
+    for (const double v : frameValues)
+        words.values.push_back(static_cast<uint16_t>(std::lround(v * 65535 / 32768)));
+    writeImage(file("in16.png"), words);
+    const TestImage<float> floats{
+        3, 1, 4, {0.25f, 0.5f, 0.75f, 1.0f, 0.3f, 0.9f, 1.0f, 0.5f, 2.0f, 0.6f, 0.2f, 0.25f}};
+    writeImage(file("in.exr"), floats);
     for (const char* order : {"argb", "bgra"}) {
         SCOPED_TRACE(order);
         ASSERT_EQ(render("in.png", "out.png", {"--order", order}).code, 0);
         const TestImage<uint8_t> out = readImage<uint8_t>(file("out.png"));
-        ASSERT_EQ(out.values.size(), in.values.size());
+        ASSERT_EQ(out.values.size(), bytes.values.size());
         EXPECT_EQ(out.channels, 3);
-        for (std::size_t i = 0; i < in.values.size(); ++i)
-            EXPECT_EQ(out.values[i], mappedInteger(in.values[i], 255)) << i;
-    }
-}
+        for (std::size_t i = 0; i < bytes.values.size(); ++i)
+            EXPECT_EQ(out.values[i], mappedInteger(bytes.values[i], 255)) << i;
 
-TEST_F(RenderPixels, SixteenBitFollowsTheFormulaInBothOrders) {
-    // Frame values, white 32768, even so that 1.5 v is whole; the file holds them scaled to 65535.
-    const std::vector<double> frameValues = {0,     2,     5460,  8192,  8194, 16384,
-                                             20000, 27306, 30000, 32768, 1000, 12346};
-    TestImage<uint16_t> in{2, 2, 3, {}};
-    for (const double v : frameValues)
-        in.values.push_back(static_cast<uint16_t>(std::lround(v * 65535 / 32768)));
-    writeImage(file("in.png"), in);
-    for (const char* order : {"argb", "bgra"}) {
-        SCOPED_TRACE(order);
-        ASSERT_EQ(render("in.png", "out.tif", {"--order", order}).code, 0);
-        const TestImage<uint16_t> out = readImage<uint16_t>(file("out.tif"));
-        ASSERT_EQ(out.values.size(), frameValues.size());
+        ASSERT_EQ(render("in16.png", "out.tif", {"--order", order}).code, 0);
+        const TestImage<uint16_t> out16 = readImage<uint16_t>(file("out.tif"));
+        ASSERT_EQ(out16.values.size(), frameValues.size());
         for (std::size_t i = 0; i < frameValues.size(); ++i)
-            EXPECT_EQ(out.values[i], std::lround(mappedInteger(frameValues[i], 32768) * 65535 / 32768)) << i;
-    }
-}
+            EXPECT_EQ(out16.values[i], std::lround(mappedInteger(frameValues[i], 32768) * 65535 / 32768))
+                << i;
 
-TEST_F(RenderPixels, FloatFollowsTheFormulaAndKeepsAlphaInBothOrders) {
-    // Above 1 stays above 1 in float; alpha goes through untouched.
-    TestImage<float> in{3, 1, 4, {0.25f, 0.5f, 0.75f, 1.0f, 0.3f, 0.9f, 1.0f, 0.5f, 2.0f, 0.6f, 0.2f, 0.25f}};
-    writeImage(file("in.exr"), in);
-    for (const char* order : {"argb", "bgra"}) {
-        SCOPED_TRACE(order);
         ASSERT_EQ(render("in.exr", "out.exr", {"--order", order}).code, 0);
         OIIO::ImageSpec spec;
-        const TestImage<float> out = readImage<float>(file("out.exr"), &spec);
+        const TestImage<float> outFloat = readImage<float>(file("out.exr"), &spec);
         EXPECT_EQ(spec.format, OIIO::TypeDesc::FLOAT);
-        ASSERT_EQ(out.values.size(), in.values.size());
-        for (std::size_t i = 0; i < in.values.size(); ++i) {
-            const bool alpha = i % 4 == 3;
-            EXPECT_NEAR(out.values[i], alpha ? in.values[i] : mapped(in.values[i], 1), 1e-6) << i;
+        ASSERT_EQ(outFloat.values.size(), floats.values.size());
+        for (std::size_t i = 0; i < floats.values.size(); ++i) {
+            const float v = floats.values[i];
+            EXPECT_NEAR(outFloat.values[i], i % 4 == 3 ? v : mapped(v, 1), 1e-6) << i;
         }
     }
 }
@@ -96,10 +86,8 @@ TEST_F(RenderPixels, DepthFollowsTheInputFileUnlessGiven) {
     writeImage<float>(file("half.exr"), {1, 1, 3, {1, 1, 1}}, OIIO::TypeDesc::HALF);
     writeImage<uint8_t>(file("byte.png"), {1, 1, 3, {255, 255, 255}});
     const auto gamma2 = [&](const std::string& in, const std::string& out, std::vector<std::string> extra) {
-        std::vector<std::string> arguments = {"render", "Balance", "-i",    file(in),
-                                              "-o",     file(out), "--set", "Gamma=2"};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        EXPECT_EQ(twfx(arguments).code, 0);
+        EXPECT_EQ(
+            twfx({"render", "Balance", "-i", file(in), "-o", file(out), "--set", "Gamma=2"}, extra).code, 0);
         return readImage<float>(file(out)).values.at(0);
     };
     EXPECT_NEAR(gamma2("half.exr", "float.exr", {}), 1.0, 1e-3);

@@ -16,9 +16,7 @@ protected:
     const std::string portrait = TW_SAMPLE_PORTRAIT;
 
     TestImage<uint8_t> retouched(std::vector<std::string> settings = {}) {
-        std::vector<std::string> arguments = {"retouch", "-i", portrait, "-o", file("out.png")};
-        arguments.insert(arguments.end(), settings.begin(), settings.end());
-        const RunResult result = twfx(arguments);
+        const RunResult result = twfx({"retouch", "-i", portrait, "-o", file("out.png")}, settings);
         EXPECT_EQ(result.code, 0) << result.err;
         return readImage<uint8_t>(file("out.png"));
     }

@@ -43,9 +43,7 @@ protected:
 
     RunResult render(const std::string& effect, const std::string& in, const std::string& out,
                      std::vector<std::string> extra) {
-        std::vector<std::string> arguments = {"render", effect, "-i", file(in), "-o", file(out)};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return twfx(arguments);
+        return twfx({"render", effect, "-i", file(in), "-o", file(out)}, extra);
     }
 };
 

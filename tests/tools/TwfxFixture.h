@@ -43,6 +43,11 @@ protected:
 
     RunResult twfx(std::vector<std::string> arguments, const std::atomic<bool>* cancelFlag = nullptr,
                    bool progressBar = false) const;
+    // The same with `more` arguments after `arguments`.
+    RunResult twfx(std::vector<std::string> arguments, const std::vector<std::string>& more) const {
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return twfx(arguments);
+    }
 
     // Values are written and read as the file stores them: colour beside alpha is not multiplied by it
     // on the way in nor divided on the way out.
