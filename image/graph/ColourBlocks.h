@@ -23,6 +23,14 @@
 
 namespace Tw::Image {
 
+// The colour of a block of T in planes, as fractions of white.
+template <class T, int Lanes>
+[[gnu::always_inline]] inline RgbVectors<Lanes> colourOfPlanes(const FloatVector<Lanes> (&planes)[4],
+                                                               const ComponentPlaces& places) {
+    return {fractionsOf<T, Lanes>(planes[places.red]), fractionsOf<T, Lanes>(planes[places.green]),
+            fractionsOf<T, Lanes>(planes[places.blue])};
+}
+
 // kBlocksAbreast blocks of Lanes pixels from `in`, corrected, to `out`.
 template <class T, int Lanes, class Correct>
 [[gnu::always_inline]] inline void correctColourBlocks(const T* in, T* out, const ComponentPlaces& places,
@@ -31,9 +39,7 @@ template <class T, int Lanes, class Correct>
     RgbVectors<Lanes> colours[kBlocksAbreast];
     for (int k = 0; k < kBlocksAbreast; ++k) {
         loadPixelPlanes<Lanes>(in + 4 * Lanes * k, planes[k]);
-        colours[k] = {fractionsOf<T, Lanes>(planes[k][places.red]),
-                      fractionsOf<T, Lanes>(planes[k][places.green]),
-                      fractionsOf<T, Lanes>(planes[k][places.blue])};
+        colours[k] = colourOfPlanes<T, Lanes>(planes[k], places);
     }
     correct(colours);
     // Scaled and limited only: the store cuts the fractions off, as wholeLevelsOf would, in one step.

@@ -136,16 +136,19 @@ void dispatchDepthKernel(const ImageBuffer& image, CpuFeatures features, Body&& 
     });
 }
 
-// Where red, green, blue and alpha lie in a pixel of `image`, by the rule of dispatchLayout. For kernels
-// compiled once per depth that still tell the colour components apart: they take the places at run time,
-// which for a costly kernel saves a second copy of its code per depth and variant.
+// Where red, green, blue and alpha lie in a pixel of `image`: its layout's places, for kernels compiled
+// once per depth that still tell the colour components apart. They take the places at run time, which for
+// a costly kernel saves a second copy of its code per depth and variant.
 struct ComponentPlaces {
     int red, green, blue, alpha;
 
     static ComponentPlaces of(const ImageBuffer& image) {
-        const auto positions = componentPositions(image.pixelFormat());
-        if (positions && (*positions)[0] == 1) return {1, 2, 3, 0};
-        return {2, 1, 0, 3};
+        ComponentPlaces places{};
+        dispatchLayout(image, [&](auto layout) {
+            using Layout = decltype(layout);
+            places = {Layout::red, Layout::green, Layout::blue, Layout::alpha};
+        });
+        return places;
     }
 };
 

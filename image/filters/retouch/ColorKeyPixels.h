@@ -9,6 +9,7 @@
 #include "image/core/ImageBuffer.h"
 #include "image/filters/retouch/ColorKeySpace.h"
 #include "image/graph/CieLab.h"
+#include "image/graph/ColourBlocks.h"
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "image/graph/PixelBlocks.h"
@@ -16,14 +17,6 @@
 #include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
-
-// The colour of a block of T in planes, as fractions of white.
-template <class T, int Lanes>
-[[gnu::always_inline]] inline RgbVectors<Lanes> colourOfPlanes(const FloatVector<Lanes> (&planes)[4],
-                                                               const ComponentPlaces& places) {
-    return {fractionsOf<T, Lanes>(planes[places.red]), fractionsOf<T, Lanes>(planes[places.green]),
-            fractionsOf<T, Lanes>(planes[places.blue])};
-}
 
 // kBlocksAbreast blocks of Lanes pixels of the keyed image, in planes, with their points in the key's
 // space and the key's strength there.
