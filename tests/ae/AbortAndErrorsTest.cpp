@@ -12,7 +12,7 @@
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::IsEmpty;
 

@@ -11,7 +11,7 @@
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::IsEmpty;
 

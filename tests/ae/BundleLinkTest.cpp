@@ -14,7 +14,7 @@
 #include "plugins/EffectRegistry.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 // What `command` writes on standard output; fails the test if it can't run.
 std::string outputOf(const std::string& command) {

@@ -13,7 +13,7 @@
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::IsEmpty;
 

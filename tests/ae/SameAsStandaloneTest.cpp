@@ -19,7 +19,7 @@
 #include "tools/aehost/SimulatedHost.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::IsEmpty;
 using Effect = Plugins::EffectEntry<Host::Standalone::Host>;

@@ -9,7 +9,7 @@
 
 #include "host/ae/sdk/AeSdk.h"
 
-namespace {
+namespace TW_FILE_LOCAL {
 
 #if defined(__x86_64__)
 

@@ -26,7 +26,7 @@ static std::ostream& operator<<(std::ostream& out, const PF_LRect& r) {
 }
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::IsEmpty;
 

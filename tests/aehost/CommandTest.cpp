@@ -10,7 +10,7 @@
 #include "tools/common/ToolError.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::AllOf;
 using ::testing::ContainsRegex;

@@ -16,7 +16,7 @@
 #include "tests/support/TestLayer.h"
 
 namespace Tw::Tools::AeHost {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Effect = Plugins::EffectEntry<Host::Standalone::Host>;
 

@@ -9,7 +9,7 @@
 #include "bench/pairs/Quantile.h"
 
 namespace Tw::Bench {
-namespace {
+namespace TW_FILE_LOCAL {
 
 constexpr std::size_t kPage = 4096;
 

@@ -4,7 +4,7 @@
 #include "image/core/CpuFeatures.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 #if defined(__x86_64__)
 TEST(CpuFeatures, WordAgreesWithTheProcessor) {

@@ -8,7 +8,7 @@
 #include "TestHost.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Testing::component;
 using Testing::fill;

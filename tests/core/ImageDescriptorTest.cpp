@@ -7,7 +7,7 @@
 #include "image/core/ImageDescriptor.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 TEST(ImageDescriptor, FlagsSayWhetherRowsRunLikeTheOutputFrame) {
     alignas(16) std::array<std::byte, 32> memory{};

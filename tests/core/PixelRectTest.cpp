@@ -7,7 +7,7 @@
 #include "image/core/PixelRect.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Words = std::array<uint32_t, 4>;
 

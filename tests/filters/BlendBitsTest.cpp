@@ -19,7 +19,7 @@
 #include "tests/support/BareHost.h"
 
 namespace Tw::Plugins {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::fourCC;
 using Image::ImageBuffer;

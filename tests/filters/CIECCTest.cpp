@@ -12,7 +12,7 @@
 #include "tests/support/NodeRender.h"
 
 namespace Tw::Test {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::ImageBuffer;
 using Image::PixelFormat;

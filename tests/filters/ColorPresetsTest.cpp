@@ -11,7 +11,7 @@
 #include "tests/support/PatternImage.h"
 
 namespace Tw::Plugins {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::ImageBuffer;
 using Tw::Host::Param::ParamColor;

@@ -12,7 +12,7 @@
 #include "tests/support/PixelRows.h"
 
 namespace Tw::Test {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::ImageBuffer;
 using Image::PixelFormat;

@@ -18,7 +18,7 @@
 #include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Host = Tw::Host::Standalone::Host;
 using Layer = FilterLayer<Host>;

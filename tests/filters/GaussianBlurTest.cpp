@@ -17,7 +17,7 @@
 #include "tests/support/NodeRender.h"
 
 namespace Tw::Plugins {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::fourCC;
 using Image::ImageBuffer;

@@ -11,7 +11,7 @@
 #include "image/graph/MedianNetwork.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 // Lanes whose nine values come from `pool`: a few values give many ties, a wide pool few.
 template <class E, int N>

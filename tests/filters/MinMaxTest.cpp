@@ -11,7 +11,7 @@
 #include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using StandaloneHost = Tw::Host::Standalone::Host;
 using MaxFilter = MinMaxFilter<StandaloneHost, MaxOp>;

@@ -9,7 +9,7 @@
 #include "tests/support/PatternImage.h"
 
 namespace Tw::Plugins {
-namespace {
+namespace TW_FILE_LOCAL {
 
 namespace P = PresetsParam;
 using Image::ImageBuffer;

@@ -8,7 +8,7 @@
 #include "tests/support/ComponentGrid.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Host = Tw::Host::Standalone::Host;
 using Tw::Test::componentAt;

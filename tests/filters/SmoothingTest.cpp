@@ -14,7 +14,7 @@
 #include "tests/support/ComponentGrid.h"
 
 namespace Tw::Plugins {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::fourCC;
 using Image::ImageBuffer;

@@ -33,7 +33,7 @@
 extern char** environ;
 
 namespace Tw::Host::Frei0r {
-namespace {
+namespace TW_FILE_LOCAL {
 
 namespace fs = std::filesystem;
 

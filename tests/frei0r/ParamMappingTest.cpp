@@ -10,7 +10,7 @@
 #include "tests/frei0r/HostValues.h"
 
 namespace Tw::Host::Frei0r {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Param::ParamRecord;
 using Param::ParamFlag::Hidden;

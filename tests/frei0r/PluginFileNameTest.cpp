@@ -4,7 +4,7 @@
 #include "host/frei0r/PluginFileName.h"
 
 namespace Tw::Host::Frei0r {
-namespace {
+namespace TW_FILE_LOCAL {
 
 TEST(PluginFileName, FoldsTheEntryNameToLowerSnakeCase) {
     EXPECT_EQ(pluginFileName("SmoothingEntry", "Smoothing"), "tw_smoothing");

@@ -15,7 +15,7 @@
 #include "tests/frei0r/HostValues.h"
 
 namespace Tw::Host::Frei0r {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::ImageBuffer;
 using Param::ParamRecord;

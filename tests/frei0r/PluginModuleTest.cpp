@@ -10,7 +10,7 @@
 #include "host/frei0r/PluginInstance.h"
 
 namespace Tw::Host::Frei0r {
-namespace {
+namespace TW_FILE_LOCAL {
 
 // One module, open for the life of the object, with the entry points a host looks up.
 class LoadedModule {

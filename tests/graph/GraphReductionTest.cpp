@@ -5,7 +5,7 @@
 #include "TestFilters.h"
 
 namespace Tw::Test {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::ElementsAre;
 

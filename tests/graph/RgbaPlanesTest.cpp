@@ -8,7 +8,7 @@
 #include "image/graph/RgbaPlanes.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 constexpr int kPixels = 16;
 

@@ -6,7 +6,7 @@
 #include "TestFilters.h"
 
 namespace Tw::Test {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::fourCC;
 using ::testing::ElementsAre;

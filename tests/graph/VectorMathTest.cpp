@@ -8,7 +8,7 @@
 #include "image/graph/VectorMath.h"
 
 namespace Tw::Image {
-namespace {
+namespace TW_FILE_LOCAL {
 
 // y * log2(x) is taken in single precision, so the result can be off by about one unit in the last place
 // of that product: under 2e-6 relative, a twentieth of a 16-bit step at white.

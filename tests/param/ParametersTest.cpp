@@ -11,9 +11,9 @@
 #include "host/param/FourCharCode.h"
 #include "host/param/Parameters.h"
 
-using namespace Tw::Host::Param;
+namespace TW_FILE_LOCAL {
 
-namespace {
+using namespace Tw::Host::Param;
 
 std::string tempPath(const std::string& name) {
     return ::testing::TempDir() + "tw_param_" + name;
@@ -81,8 +81,6 @@ public:
         y = 0.25;
     }
 };
-
-}  // namespace
 
 TEST(ParametersTextFile, DumpWritesOneLinePerPersistedRecord) {
     Parameters list;
@@ -286,3 +284,5 @@ TEST(ParamRecordDeclarations, PopupItemCodesAreOnePerItem) {
     EXPECT_EQ(output.itemCodes[0], 0x42624331u);
     EXPECT_THROW(output.withItemCodes({0}), std::invalid_argument);
 }
+
+}  // namespace

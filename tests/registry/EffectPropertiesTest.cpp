@@ -16,7 +16,7 @@
 #include "tests/registry/EffectRender.h"
 
 namespace Tw::Plugins {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Image::CpuFeatures;
 using Image::fourCC;

@@ -10,7 +10,7 @@
 #include "tests/support/BareHost.h"
 
 namespace Tw::Host::Standalone {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::ElementsAre;
 using Tw::Test::BareHost;

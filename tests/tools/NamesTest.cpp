@@ -12,7 +12,7 @@
 #include "tools/twfx/EffectLookup.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Param::ParamRecord;
 using ::testing::AllOf;

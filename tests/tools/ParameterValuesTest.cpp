@@ -9,7 +9,7 @@
 #include "tools/common/ToolError.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using Param::ParamRecord;
 using Param::ParamFlag::Percent;

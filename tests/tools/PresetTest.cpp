@@ -15,7 +15,7 @@
 #include "tools/twfx/Presets.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::HasSubstr;
 

@@ -7,7 +7,7 @@
 #include "tools/twfx/ProgressBar.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::HasSubstr;
 

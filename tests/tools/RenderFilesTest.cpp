@@ -10,7 +10,7 @@
 #include "tools/twfx/FrameRenderer.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;

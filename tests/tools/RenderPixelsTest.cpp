@@ -13,7 +13,7 @@
 #include "tools/common/FrameConversion.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 const std::vector<std::string> kMap = {"--set", "From Low=25", "--set", "From High=75",
                                        "--set", "To Low=12.5", "--set", "To High=87.5"};

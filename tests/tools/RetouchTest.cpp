@@ -7,7 +7,7 @@
 #include "tests/tools/TwfxFixture.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::HasSubstr;
 

@@ -11,7 +11,7 @@
 #include "tools/twfx/EffectLookup.h"
 
 namespace Tw::Tools::Twfx {
-namespace {
+namespace TW_FILE_LOCAL {
 
 using ::testing::ElementsAre;
 
