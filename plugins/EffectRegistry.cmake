@@ -1,5 +1,5 @@
 # The effects of plugins/EffectList.h compiled for one host: a file per effect, compiled a few at a time
-# (tw_compile_effects_in_batches), and one file with the registry's table. TW_EFFECT_ENTRIES holds the
+# (tw_compile_in_batches), and one file with the registry's table. TW_EFFECT_ENTRIES holds the
 # entry names in list order, for targets made per effect.
 
 set(TW_EFFECT_LIST ${CMAKE_CURRENT_LIST_DIR}/EffectList.h)
@@ -16,12 +16,6 @@ foreach(line IN LISTS tw_effect_lines)
 endforeach()
 list(LENGTH TW_EFFECT_ENTRIES TW_EFFECT_COUNT)
 
-# Every effect's file reads the headers of all effects, which take half its compile time: a few effects
-# to a file read them once and still compile in parallel.
-function(tw_compile_effects_in_batches target)
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 4)
-endfunction()
-
 # tw_add_effect_registry(<target> <host header> <host type>): a static library with every effect and the
 # table of effectRegistry<host type>().
 function(tw_add_effect_registry target host_header host_type)
@@ -36,6 +30,7 @@ function(tw_add_effect_registry target host_header host_type)
   configure_file(${TW_EFFECT_TEMPLATES}/EffectTable.cpp.in ${folder}/EffectTable.cpp @ONLY)
   add_library(${target} STATIC ${sources} ${folder}/EffectTable.cpp)
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
-  tw_compile_effects_in_batches(${target})
+  # Every effect's file reads the headers of all effects, which take half its compile time.
+  tw_compile_in_batches(${target} 4)
   set_source_files_properties(${folder}/EffectTable.cpp PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
