@@ -45,20 +45,10 @@ Pixel turned(const Pixel& in, float hue, float saturation, float value) {
     float e = x - static_cast<float>(i);
     if (i % 2 == 0) e = 1 - e;
     const float p = (1 - s) * v, q = (1 - e * s) * v;
-    switch (i) {
-        case 1:
-            return {q, v, p, in[3]};
-        case 2:
-            return {p, v, q, in[3]};
-        case 3:
-            return {p, q, v, in[3]};
-        case 4:
-            return {q, p, v, in[3]};
-        case 5:
-            return {v, p, q, in[3]};
-        default:
-            return {v, q, p, in[3]};
-    }
+    // Sectors 1 to 5; any other, 0 or one beyond the circle, takes the first row.
+    const Pixel bySector[] = {{v, q, p, in[3]}, {q, v, p, in[3]}, {p, v, q, in[3]},
+                              {p, q, v, in[3]}, {q, p, v, in[3]}, {v, p, q, in[3]}};
+    return bySector[i >= 1 && i <= 5 ? i : 0];
 }
 
 // `turned` on pixels as `format` stores them, with the depth's conversions in and out.
@@ -182,5 +172,5 @@ TEST(ColorCorrection, AHueBeyondAWholeTurnIsCorrectedOnce) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test
