@@ -134,15 +134,16 @@ TEST(AutoBalance, LevelsAtTheEndsOfTheHistogram) {
 TEST(AutoBalance, AnEmptyInputLeavesTransparentBlack) {
     // Equal levels map nothing: black stays black, although To Low would lift it.
     AutoBalancePlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    apply(params, {10, 90, 20, 90, true});
     ImageBuffer in;
-    ImageBuffer out;
-    out.allocate({0, 0, 11, 1}, fourCC("ae32"));
-    ASSERT_EQ(effect.render(params, in, out), 0);
+    in.allocate(Image::PixelRect::empty(), fourCC("ae32"));
+    const auto out = Tw::Test::renderEffectImage(
+        effect, in,
+        [](Param::Parameters& params) {
+            apply(params, {10, 90, 20, 90, true});
+        },
+        {}, Image::PixelRect{0, 0, 11, 1});
     EXPECT_EQ(pixelsOf(out), std::vector<Pixel>(11, Pixel{0, 0, 0, 0}));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -125,14 +125,12 @@ TEST(Balance, NeutralSettingsCopyOrClamp) {
 
 TEST(Balance, AnInputSmallerThanTheOutputReadsAsTransparentBlack) {
     BalancePlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setFloat(2, 20);  // To Low: black becomes 20 % grey
     ImageBuffer in = imageOf({{255, 255, 255, 255}}, fourCC("argb"));
     in.rect = in.validRect = {1, 0, 2, 1};
-    ImageBuffer out;
-    out.allocate({0, 0, 3, 1}, fourCC("argb"));
-    ASSERT_EQ(effect.render(params, in, out), 0);
+    // To Low 20: black becomes 20 % grey.
+    const auto out = Tw::Test::renderEffectImage(
+        effect, in, [](Param::Parameters& params) { params.setFloat(2, 20); }, {},
+        Image::PixelRect{0, 0, 3, 1});
     EXPECT_THAT(pixelsOf(out),
                 testing::ElementsAre(Pixel{51, 51, 51, 0}, Pixel{255, 255, 255, 255}, Pixel{51, 51, 51, 0}));
 }
@@ -235,5 +233,5 @@ TEST(BalanceRGB, MasterMapThenChannelMap) {
     EXPECT_EQ(render<BalanceRGBPlugin>({0, 100, 0, 100, 3, false}, pixels, fourCC("ae32")), pixels);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -357,6 +357,7 @@ TEST(BlendModes, EveryModeFollowsItsFormula) {
 // Values worked out by hand where a rounding, a tie or a boundary decides, or a value lies beyond 0..1.
 TEST(BlendModes, ValuesWorkedByHand) {
     const PixelFormat k8 = fourCC("argb"), k8b = fourCC("bgra"), k16 = fourCC("Bgra"), k32 = fourCC("ae32");
+    const double w16 = 32768;
     struct Case {
         int mode;
         Pixel base, top;
@@ -394,12 +395,7 @@ TEST(BlendModes, ValuesWorkedByHand) {
         {Mode::ClassicColorBurn, {10, 20, 30, 0}, {40, 50, 60, 0}, k8, 1, {255, 255, 255, 0}},
         {Mode::ClassicDifference, {0.75, 0.25, 0.5, 1}, {0.5, 0.5, 0.5, 1}, k32, 1, {0.25, 0.25, 0, 1}},
         // A weighted top at 1 or above stands for r as it is.
-        {Mode::ClassicColorDodge,
-         {6554, 0, 30000, 32768},
-         {32768, 32768, 32768, 32768},
-         k16,
-         1,
-         {32768, 32768, 32768, 32768}},
+        {Mode::ClassicColorDodge, {6554, 0, 30000, w16}, {w16, w16, w16, w16}, k16, 1, {w16, w16, w16, w16}},
         // The base's colours with alpha cut by the top; a black top has no luminance: the stencil is
         // empty, the silhouette full.
         {Mode::StencilAlpha, {10, 20, 30, 255}, {255, 255, 255, 128}, k8, 1, {10, 20, 30, 128}},
@@ -458,7 +454,6 @@ TEST(BlendModes, ClipColorLimitsByItsTwoTestsAlone) {
 // ---- Layers and bounds ----
 
 TEST(Blend, InputsKeepTheirPlacesAndReadAsTransparentOutsideThem) {
-    // A base of 6 x 3 at (0, 0) and a top of 2 x 1 at (3, 1).
     ImageBuffer base, top;
     base.allocate({0, 0, 6, 3}, fourCC("argb"));
     top.allocate({3, 1, 5, 2}, fourCC("argb"));
@@ -523,5 +518,5 @@ TEST(BlendPlugin, WithoutASecondLayerTheInputPassesThrough) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -33,25 +33,21 @@ std::vector<Pixel> render(const ImageBuffer& source, ImageBuffer& map, const Set
     CompoundBlurPlugin<StandaloneHost> effect;
     effect.downsampleX = settings.downsampleX;
     effect.downsampleY = settings.downsampleY;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setFloat(CompoundBlurParam::MaximumRadius, settings.radius);
-    params.setBool(settings.invert, CompoundBlurParam::InvertBlur);
     ImageBuffer in;
     in.allocate(source.rect, source.pixelFormat());
     in.copyFrom(source);
-    ImageBuffer out;
-    out.allocate(source.rect, source.pixelFormat());
     ImageBuffer* const layers[] = {&map};
-    EXPECT_EQ(effect.render(params, in, out, layers), 0);
-    return pixelsOf(out);
+    return pixelsOf(renderEffectImage(
+        effect, in,
+        [&](Param::Parameters& params) {
+            params.setFloat(CompoundBlurParam::MaximumRadius, settings.radius);
+            params.setBool(settings.invert, CompoundBlurParam::InvertBlur);
+        },
+        layers));
 }
 
 ImageBuffer flat(const PixelRect& rect, PixelFormat format, double fraction) {
-    return gridImage(rect, format, [&](int32_t, int32_t, int) {
-        const double white = Image::formatMaximum(format);
-        return white == 1 ? fraction : std::round(fraction * white);
-    });
+    return fractionImage(rect, format, [&](int32_t, int32_t, int) { return fraction; });
 }
 
 // The output of the effect over the whole of `source`, worked out as the effect states it: float running
@@ -235,5 +231,5 @@ TEST(CompoundBlur, EightBitSumsStayExactUpTo2To24) {
     EXPECT_EQ(render(source, map, {3}), boxArithmetic(source, map, 3, false));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

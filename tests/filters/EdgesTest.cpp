@@ -5,11 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <functional>
 
 #include "plugins/EdgesPlugin.h"
-#include "tests/support/NodeRender.h"
+#include "tests/support/ComponentGrid.h"
 
 namespace Tw::Test {
 namespace TW_FILE_LOCAL {
@@ -75,31 +74,19 @@ TEST(EdgesNode, CombinesTheTwoResponsesPerComponent) {
 
 std::vector<Pixel> render(ImageBuffer& in, double radius, bool invert = false, double threshold = 0) {
     EdgesPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setFloat(EdgesParam::Radius, radius);
-    params.setBool(invert, EdgesParam::Invert);
-    params.setFloat(EdgesParam::Threshold, threshold);
-    ImageBuffer out;
-    out.allocate(in.rect, in.pixelFormat());
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+    return pixelsOf(renderEffectImage(effect, in, [&](Param::Parameters& params) {
+        params.setFloat(EdgesParam::Radius, radius);
+        params.setBool(invert, EdgesParam::Invert);
+        params.setFloat(EdgesParam::Threshold, threshold);
+    }));
 }
 
 // A frame whose pixel (x, y) has the colour value(x, y) in red, green and blue, with alpha `alpha`.
 ImageBuffer frameOf(const PixelRect& rect, PixelFormat format, const std::function<double(int, int)>& value,
                     double alpha = 1) {
-    ImageBuffer image;
-    image.allocate(rect, format);
-    for (int y = rect.top; y < rect.bottom; ++y) {
-        std::vector<Pixel> row;
-        for (int x = rect.left; x < rect.right; ++x)
-            row.push_back({value(x, y), value(x, y), value(x, y), alpha});
-        const ImageBuffer stored = imageOf(inUnitsOf(row, format), format);
-        std::memcpy(image.pixelAddress(rect.left, y), stored.pixels(),
-                    static_cast<std::size_t>(rect.width()) * 4 * Image::formatDepth(format) / 8);
-    }
-    return image;
+    const int alphaPlace = Image::componentPositions(format).value()[3];
+    return fractionImage(rect, format,
+                         [&](int32_t x, int32_t y, int c) { return c == alphaPlace ? alpha : value(x, y); });
 }
 
 // Nothing changes across a flat frame: it is black, or white inverted, and opaque though the frame is
@@ -167,5 +154,5 @@ TEST(Edges, AThresholdOf100BlacksOutAllBelowOne) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

@@ -26,29 +26,17 @@ using Image::PixelRect;
 using StandaloneHost = Tw::Host::Standalone::Host;
 using BlurNode = Image::GaussianBlurFilter<StandaloneHost>;
 using Layer = Image::FilterLayer<StandaloneHost>;
-using BareHost = ::Tw::Test::BareHost;
+using Test::BareHost;
+using Test::componentsOf;
 
-// Component c (in memory order) of pixel (x, y) is value(x, y, c), a fraction of white; integer formats
-// round it.
+// Component c of pixel (x, y) is value(x, y, c), a fraction of white; integer formats round it.
 ImageBuffer makeImage(const PixelRect& rect, PixelFormat format,
                       const std::function<double(int, int, int)>& value) {
-    const double white = Image::formatMaximum(format);
-    return Tw::Test::gridImage(rect, format, [&](int32_t x, int32_t y, int c) {
-        const double v = value(x, y, c) * white;
-        return white == 1 ? v : std::round(v);
-    });
+    return Test::fractionImage(rect, format, value);
 }
 
 double fractionAt(const ImageBuffer& image, int x, int y, int c) {
-    return Tw::Test::componentAt(image, x, y, c) / Image::formatMaximum(image.pixelFormat());
-}
-
-std::vector<double> fractionsOf(const ImageBuffer& image) {
-    std::vector<double> values;
-    Tw::Test::forEachComponent(image, [&](int32_t, int32_t, int, double v) {
-        values.push_back(v / Image::formatMaximum(image.pixelFormat()));
-    });
-    return values;
+    return Test::componentAt(image, x, y, c) / Image::formatMaximum(image.pixelFormat());
 }
 
 // A picture with smooth parts, hard edges and a different value per component, alpha included.
@@ -68,24 +56,15 @@ ImageBuffer renderBlur(ImageBuffer& in, double radius, const RenderSettings& set
     Plugin<StandaloneHost> effect;
     effect.downsampleX = settings.downsampleX;
     effect.downsampleY = settings.downsampleY;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setFloat(0, radius);
-    ImageBuffer out;
-    out.allocate(settings.outputRect.value_or(in.rect), in.pixelFormat());
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return out;
+    return Test::renderEffectImage(
+        effect, in, [&](Param::Parameters& params) { params.setFloat(0, radius); }, {}, settings.outputRect);
 }
 
 // One node over `in`, through the whole of a graph render.
 ImageBuffer renderNode(ImageBuffer& in, float radiusX, float radiusY, int32_t kindX = 0, int32_t kindY = 0) {
-    BareHost host;
     Layer layer(&in);
     BlurNode node(layer, radiusX, radiusY, 0, kindX, kindY);
-    ImageBuffer out;
-    out.allocate(in.rect, in.pixelFormat());
-    Image::prepareGraph<StandaloneHost>(node, host, out);
-    return out;
+    return Test::renderImage(node, in.rect, in.pixelFormat());
 }
 
 double gaussian(double t, double sigma) {
@@ -261,23 +240,23 @@ TEST(Blur, TinyRadiiLeaveThePictureAlone) {
     // Values no blur could give back unchanged, had it run.
     ImageBuffer floats = makeImage({0, 0, 23, 9}, fourCC("ae32"),
                                    [](int x, int y, int c) { return 1.7 * testPattern(x, y, c) - 0.3; });
-    const std::vector<double> original = fractionsOf(floats);
-    EXPECT_EQ(fractionsOf(renderBlur(floats, 0)), original);
-    EXPECT_EQ(fractionsOf(renderBlur(floats, 0.001)), original);
-    const std::vector<double> nearly = fractionsOf(renderBlur(floats, 0.2));
+    const std::vector<double> original = componentsOf(floats);
+    EXPECT_EQ(componentsOf(renderBlur(floats, 0)), original);
+    EXPECT_EQ(componentsOf(renderBlur(floats, 0.001)), original);
+    const std::vector<double> nearly = componentsOf(renderBlur(floats, 0.2));
     for (std::size_t i = 0; i < original.size(); ++i)
         ASSERT_NEAR(nearly[i], original[i], 1e-3 * std::fabs(original[i]) + 3e-4) << i;
 
     ImageBuffer bytes = makeImage({0, 0, 23, 9}, fourCC("argb"), testPattern);
-    EXPECT_EQ(fractionsOf(renderBlur(bytes, 0.2)), fractionsOf(bytes));
+    EXPECT_EQ(componentsOf(renderBlur(bytes, 0.2)), componentsOf(bytes));
 }
 
 TEST(Blur, RadiiShrinkWithTheDownsampledFrame) {
     ImageBuffer in = makeImage({0, 0, 41, 33}, fourCC("Bgra"), testPattern);
-    EXPECT_EQ(fractionsOf(renderBlur(in, 8, {.downsampleX = 0.5, .downsampleY = 0.5})),
-              fractionsOf(renderBlur(in, 4)));
-    EXPECT_EQ(fractionsOf(renderBlur(in, 8, {.downsampleX = 0.25, .downsampleY = 1})),
-              fractionsOf(renderNode(in, 2, 8)));
+    EXPECT_EQ(componentsOf(renderBlur(in, 8, {.downsampleX = 0.5, .downsampleY = 0.5})),
+              componentsOf(renderBlur(in, 4)));
+    EXPECT_EQ(componentsOf(renderBlur(in, 8, {.downsampleX = 0.25, .downsampleY = 1})),
+              componentsOf(renderNode(in, 2, 8)));
 }
 
 // A line of a very tall or wide frame: its buffer is counted beyond the range of an int, and the group
@@ -317,10 +296,10 @@ TEST(Glow, ABrightBarInAFlatFrame) {
 // downsampling.
 TEST(Glow, TheRadiusIsInRenderedPixelsAtAnyDownsampling) {
     ImageBuffer in = makeImage({0, 0, 41, 33}, fourCC("BGra"), testPattern);
-    const std::vector<double> full = fractionsOf(renderBlur<GlowPlugin>(in, 3));
-    EXPECT_EQ(fractionsOf(renderBlur<GlowPlugin>(in, 3, {.downsampleX = 0.5, .downsampleY = 0.5})), full);
-    EXPECT_EQ(fractionsOf(renderNode(in, 3, 3, 2, 0)), full);
-    EXPECT_NE(fractionsOf(renderBlur<GlowPlugin>(in, 1.5)), full);
+    const std::vector<double> full = componentsOf(renderBlur<GlowPlugin>(in, 3));
+    EXPECT_EQ(componentsOf(renderBlur<GlowPlugin>(in, 3, {.downsampleX = 0.5, .downsampleY = 0.5})), full);
+    EXPECT_EQ(componentsOf(renderNode(in, 3, 3, 2, 0)), full);
+    EXPECT_NE(componentsOf(renderBlur<GlowPlugin>(in, 1.5)), full);
 }
 
 // ---- The node in the graph ----
@@ -377,11 +356,11 @@ TEST(GaussianBlur, EveryDepthAndOrderGivesTheSamePicture) {
         // The same values in float, where nothing rounds between the passes and at the end.
         ImageBuffer exact =
             makeImage(in.rect, fourCC("ae32"), [&](int x, int y, int c) { return fractionAt(in, x, y, c); });
-        const std::vector<double> expected = fractionsOf(renderBlur(exact, 2.5));
-        const std::vector<double> got = fractionsOf(renderBlur(in, 2.5));
+        const std::vector<double> expected = componentsOf(renderBlur(exact, 2.5));
+        const std::vector<double> got = componentsOf(renderBlur(in, 2.5));
+        const double white = Image::formatMaximum(format);
         for (std::size_t i = 0; i < got.size(); ++i)
-            ASSERT_NEAR(got[i], expected[i], 1.01 / Image::formatMaximum(format))
-                << Image::formatDepth(format) << " " << i;
+            ASSERT_NEAR(got[i] / white, expected[i], 1.01 / white) << Image::formatDepth(format) << " " << i;
     }
 }
 
@@ -390,14 +369,14 @@ TEST(GaussianBlur, TheUnsplitNodeGivesTheSplitGraphsPixelsEvenInPlace) {
     for (const PixelFormat format : {fourCC("argb"), fourCC("BGra")}) {
         ImageBuffer in = makeImage({0, 0, 45, 31}, format, testPattern);
         for (const float radiusY : {3.0f, 0.0f}) {
-            const std::vector<double> expected = fractionsOf(renderNode(in, 2.5f, radiusY));
+            const std::vector<double> expected = componentsOf(renderNode(in, 2.5f, radiusY));
             BareHost host;
             Layer layer(&in);
             BlurNode node(layer, 2.5f, radiusY, 0, 0, 0);
             ImageBuffer copy = makeImage(in.rect, format, testPattern);
             ImageBuffer* const inputs[] = {&copy};
             node.compute(host, copy, inputs);
-            EXPECT_EQ(fractionsOf(copy), expected) << radiusY;
+            EXPECT_EQ(componentsOf(copy), expected) << radiusY;
         }
     }
 }
@@ -411,5 +390,5 @@ TEST(GaussianBlur, OutputBeyondTheInputIsTransparentBlack) {
     EXPECT_NEAR(fractionAt(out, 12, 8, 2), 0.5, 1e-3);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

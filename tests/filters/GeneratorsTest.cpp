@@ -44,19 +44,16 @@ struct RampSettings {
 
 std::vector<Pixel> renderRamp(const RampSettings& settings, PixelFormat format) {
     Plugins::RampPlugin<StandaloneHost> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    params.setPoint(settings.from, RampParam::Point1);
-    params.setFloat(RampParam::Point2, settings.point2);
-    params.setFloat(RampParam::Point3, settings.point3);
-    params.setPoint(settings.to, RampParam::Point4);
-    for (int k = 0; k < 4; ++k)
-        params.setColor(settings.colours[k], RampParam::Color1 + k);
-    ImageBuffer in, out;
+    ImageBuffer in;
     in.allocate(kFrame, format);
-    out.allocate(kFrame, format);
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return pixelsOf(out);
+    return pixelsOf(renderEffectImage(effect, in, [&](Param::Parameters& params) {
+        params.setPoint(settings.from, RampParam::Point1);
+        params.setFloat(RampParam::Point2, settings.point2);
+        params.setFloat(RampParam::Point3, settings.point3);
+        params.setPoint(settings.to, RampParam::Point4);
+        for (int k = 0; k < 4; ++k)
+            params.setColor(settings.colours[k], RampParam::Color1 + k);
+    }));
 }
 
 const std::array<Param::ParamColor, 4> kColours{
@@ -155,14 +152,10 @@ TEST(Gradient, MixesTheColoursEvenlyAtAFalloffOf0) {
 TEST(Gradient, PaintsNoNumberOrBlackOverAWholeFrame) {
     for (PixelFormat format : kEveryFormat) {
         Plugins::GradientPlugin<StandaloneHost> effect;
-        Param::Parameters params;
-        effect.defineParameters(params);
-        ImageBuffer in, out;
+        ImageBuffer in;
         in.allocate(kFrame, format);
-        out.allocate(kFrame, format);
-        ASSERT_EQ(effect.render(params, in, out), 0);
         const double white = whiteOf(format);
-        for (const Pixel& p : pixelsOf(out)) {
+        for (const Pixel& p : pixelsOf(renderEffectImage(effect, in, [](Param::Parameters&) {}))) {
             for (int c = 0; c < 3; ++c) {
                 if (white == 1) {
                     EXPECT_TRUE(std::isnan(p[c]) && !std::signbit(p[c])) << p[c];
@@ -175,5 +168,5 @@ TEST(Gradient, PaintsNoNumberOrBlackOverAWholeFrame) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

@@ -16,6 +16,7 @@ namespace TW_FILE_LOCAL {
 using StandaloneHost = Tw::Host::Standalone::Host;
 using MaxFilter = MinMaxFilter<StandaloneHost, MaxOp>;
 using MinFilter = MinMaxFilter<StandaloneHost, MinOp>;
+using Tw::Test::componentsOf;
 namespace Param = Tw::Host::Param;
 
 // Random components: any 8-bit value; at 16 bits mostly 0..32767 with a tenth at white, 32768; floats
@@ -36,12 +37,6 @@ ImageBuffer imageOf(const PixelRect& rect, PixelFormat format, const std::vector
     return Tw::Test::gridImage(rect, format, [&](int32_t x, int32_t y, int c) {
         return values[static_cast<std::size_t>(((y - rect.top) * rect.width() + x - rect.left) * 4 + c)];
     });
-}
-
-std::vector<double> componentsOf(const ImageBuffer& image) {
-    std::vector<double> values;
-    Tw::Test::forEachComponent(image, [&](int32_t, int32_t, int, double v) { values.push_back(v); });
-    return values;
 }
 
 // The order of the comparison: 16-bit values as signed 16-bit integers.
@@ -236,12 +231,8 @@ TEST(MinMaxEffect, RadiiFollowTheDownsamplingAndEachEntryRendersItsBox) {
     ImageBuffer input = randomImage({0, 0, 40, 30}, fourCC("bgra"), 9);
     const auto expectBox = [&](StandaloneHost&& effect, bool max) {
         effect.downsampleY = 0.5;
-        Param::Parameters params;
-        effect.defineParameters(params);
-        params.setInt(4, 0);
-        ImageBuffer out;
-        out.allocate(input.rect, input.pixelFormat());
-        ASSERT_EQ(effect.render(params, input, out), 0);
+        const auto out =
+            Tw::Test::renderEffectImage(effect, input, [](Param::Parameters& p) { p.setInt(4, 0); });
         EXPECT_EQ(firstDifference(componentsOf(out), bruteForce(input, input.rect, 4, 2, max), input.rect),
                   "")
             << (max ? "max" : "min");
@@ -250,5 +241,5 @@ TEST(MinMaxEffect, RadiiFollowTheDownsamplingAndEachEntryRendersItsBox) {
     expectBox(Plugins::MinPlugin<StandaloneHost>(), false);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

@@ -57,13 +57,8 @@ void apply(Param::Parameters& params, const Settings& s) {
 
 std::vector<float> render(const Settings& s, ImageBuffer& in) {
     SmoothingPlugin<Host> effect;
-    Param::Parameters params;
-    effect.defineParameters(params);
-    apply(params, s);
-    ImageBuffer out;
-    out.allocate(in.rect, in.pixelFormat());
-    EXPECT_EQ(effect.render(params, in, out), 0);
-    return componentsOf(out);
+    return componentsOf(
+        Tw::Test::renderEffectImage(effect, in, [&](Param::Parameters& params) { apply(params, s); }));
 }
 
 // The chain "Smoothing" builds, kept for inspection.
@@ -177,11 +172,7 @@ TEST(SmoothingPixels, HoldsAtMostSixFramesBeyondItsInputAndOutput) {
     for (const PixelFormat format : {fourCC("argb"), fourCC("ae32")}) {
         ImageBuffer in = randomImage({0, 0, 320, 240}, format, 3);
         SmoothingPlugin<Host> effect;
-        Param::Parameters params;
-        effect.defineParameters(params);
-        ImageBuffer out;
-        out.allocate(in.rect, format);
-        ASSERT_EQ(effect.render(params, in, out), 0);
+        Tw::Test::renderEffectImage(effect, in, [](Param::Parameters&) {});
         EXPECT_LE(effect.peakBytes(), 6 * in.rowStride() * 240) << Image::formatDepth(format) << " bits";
     }
 }
@@ -206,5 +197,5 @@ TEST(SmoothingDifferenceNode, AbsoluteDifferenceOverTheCommonBounds) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -46,6 +46,15 @@ public:
     decltype(&f0r_get_param_value) getParam = function<decltype(f0r_get_param_value)>("f0r_get_param_value");
     decltype(&f0r_update) update = function<decltype(f0r_update)>("f0r_update");
     decltype(&f0r_update2) update2 = function<decltype(f0r_update2)>("f0r_update2");
+
+    // Parameter `index` of `instance` as the module reads it back after a host set it to `value`.
+    template <class Value>
+    Value setAndRead(f0r_instance_t instance, Value value, int index) const {
+        Value read{};
+        setParam(instance, &value, index);
+        getParam(instance, &read, index);
+        return read;
+    }
 };
 
 TEST(PluginModule, EveryEffectHasAModuleThatDescribesIt) {
@@ -93,40 +102,18 @@ TEST(PluginModule, ReadsBackEveryParameterAsItWasSet) {
             f0r_param_info_t param{};
             module.paramInfo(&param, i);
             SCOPED_TRACE(param.name);
-            switch (param.type) {
-                case F0R_PARAM_BOOL:
-                case F0R_PARAM_DOUBLE: {
-                    for (double set : {1.0, 0.3, 0.0}) {
-                        double read = -1;
-                        module.setParam(instance, &set, i);
-                        module.getParam(instance, &read, i);
-                        EXPECT_EQ(read, set);
-                    }
-                    break;
-                }
-                case F0R_PARAM_COLOR: {
-                    f0r_param_color_t set{0.25f, 0.5f, 0.1f}, read{};
-                    module.setParam(instance, &set, i);
-                    module.getParam(instance, &read, i);
-                    EXPECT_TRUE(read.r == set.r && read.g == set.g && read.b == set.b);
-                    break;
-                }
-                case F0R_PARAM_POSITION: {
-                    f0r_param_position_t set{0.25, 0.875}, read{};
-                    module.setParam(instance, &set, i);
-                    module.getParam(instance, &read, i);
-                    EXPECT_TRUE(read.x == set.x && read.y == set.y);
-                    break;
-                }
-                default: {
-                    char text[] = "set by the host";
-                    f0r_param_string set = text;
-                    const char* read = nullptr;
-                    module.setParam(instance, &set, i);
-                    module.getParam(instance, &read, i);
-                    EXPECT_STREQ(read, text);
-                    break;
-                }
+            if (param.type == F0R_PARAM_BOOL || param.type == F0R_PARAM_DOUBLE) {
+                for (double set : {1.0, 0.3, 0.0})
+                    EXPECT_EQ(module.setAndRead(instance, set, i), set);
+            } else if (param.type == F0R_PARAM_COLOR) {
+                const auto read = module.setAndRead(instance, f0r_param_color_t{0.25f, 0.5f, 0.1f}, i);
+                EXPECT_TRUE(read.r == 0.25f && read.g == 0.5f && read.b == 0.1f);
+            } else if (param.type == F0R_PARAM_POSITION) {
+                const auto read = module.setAndRead(instance, f0r_param_position_t{0.25, 0.875}, i);
+                EXPECT_TRUE(read.x == 0.25 && read.y == 0.875);
+            } else {
+                char text[] = "set by the host";
+                EXPECT_STREQ(module.setAndRead<f0r_param_string>(instance, text, i), text);
             }
         }
         // Calls a host should not make still leave the module standing.
@@ -169,5 +156,5 @@ TEST(PluginModule, ModulesLoadedSideBySideEachRenderTheirOwnEffect) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Host::Frei0r

@@ -38,6 +38,16 @@ inline Image::ImageBuffer gridImage(const Image::PixelRect& rect, Image::PixelFo
     return image;
 }
 
+// The same with value(x, y, c) a fraction of white, which the integer formats round to whole steps.
+inline Image::ImageBuffer fractionImage(const Image::PixelRect& rect, Image::PixelFormat format,
+                                        const ComponentFunction& value) {
+    const double white = Image::formatMaximum(format);
+    return gridImage(rect, format, [&](int32_t x, int32_t y, int c) {
+        const double v = value(x, y, c) * white;
+        return white == 1 ? v : std::round(v);
+    });
+}
+
 // Any 8-bit value; 16-bit values up to white, 32768, included; floats from -0.5 to 2.
 inline Image::ImageBuffer randomGridImage(const Image::PixelRect& rect, Image::PixelFormat format,
                                           unsigned seed) {
@@ -65,6 +75,13 @@ inline void forEachComponent(const Image::ImageBuffer& image,
         for (int32_t x = image.rect.left; x < image.rect.right; ++x)
             for (int c = 0; c < 4; ++c)
                 check(x, y, c, componentAt(image, x, y, c));
+}
+
+// Every component of `image`, pixel after pixel, in memory order.
+inline std::vector<double> componentsOf(const Image::ImageBuffer& image) {
+    std::vector<double> values;
+    forEachComponent(image, [&](int32_t, int32_t, int, double v) { values.push_back(v); });
+    return values;
 }
 
 // Component c of the nine pixels of the 3 x 3 window around (x, y), row by row, each coordinate clamped to

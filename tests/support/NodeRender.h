@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "host/standalone/Host.h"
@@ -52,19 +53,28 @@ inline std::vector<Pixel> renderNode(Node& node, const Image::PixelRect& rect, I
     return pixelsOf(renderImage(node, rect, format));
 }
 
-// The output of the effect `Plugin` over a row of `pixels`, its parameters at their defaults but for what
-// `set` changes.
+// The output of `effect` over `in`, in an image of `outRect` (the input's unless given), its parameters at
+// their defaults but for what `set` changes.
+template <class Set>
+Image::ImageBuffer renderEffectImage(StandaloneHost& effect, Image::ImageBuffer& in, Set&& set,
+                                     Image::LayerImages layers = {},
+                                     std::optional<Image::PixelRect> outRect = std::nullopt) {
+    Host::Param::Parameters params;
+    effect.defineParameters(params);
+    set(params);
+    Image::ImageBuffer out;
+    out.allocate(outRect.value_or(in.rect), in.pixelFormat());
+    EXPECT_EQ(effect.render(params, in, out, layers), 0);
+    return out;
+}
+
+// The output of the effect `Plugin` over a row of `pixels`, as above.
 template <class Plugin, class Set>
 std::vector<Pixel> renderEffect(const std::vector<Pixel>& pixels, Image::PixelFormat format, Set&& set,
                                 Image::LayerImages layers = {}) {
     Plugin effect;
-    Host::Param::Parameters params;
-    effect.defineParameters(params);
-    set(params);
-    Image::ImageBuffer in = imageOf(pixels, format), out;
-    out.allocate(in.rect, format);
-    EXPECT_EQ(effect.render(params, in, out, layers), 0);
-    return pixelsOf(out);
+    Image::ImageBuffer in = imageOf(pixels, format);
+    return pixelsOf(renderEffectImage(effect, in, set, layers));
 }
 
 }  // namespace Tw::Test

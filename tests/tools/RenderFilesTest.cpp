@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
 #include "tests/tools/TwfxFixture.h"
 #include "tools/twfx/FrameRenderer.h"
@@ -30,31 +31,28 @@ protected:
     }
 };
 
-TEST_F(RenderFiles, UnreadableInputsNameTheFile) {
-    RunResult result = render(file("missing.png"), file("out.png"));
-    EXPECT_EQ(result.code, 3);
-    EXPECT_THAT(result.err, HasSubstr("cannot read " + file("missing.png") + ": no such file"));
-
+// Unreadable inputs (exit 3) and unwritable outputs (exit 4), found before the render: no output file.
+TEST_F(RenderFiles, UnreadableInputsAndUnwritableOutputsNameTheFile) {
     std::ofstream(file("text.png")) << "not an image";
-    result = render(file("text.png"), file("out.png"));
-    EXPECT_EQ(result.code, 3);
-    EXPECT_THAT(result.err, HasSubstr("cannot read " + file("text.png")));
-
-    result = render(file("in.png"), file("out.png"), {"--preset", file("missing.txt")});
-    EXPECT_EQ(result.code, 3);
-    EXPECT_THAT(result.err, HasSubstr("cannot read preset " + file("missing.txt")));
+    struct Case {
+        std::string in, out, preset;
+        int code;
+        std::string message;
+    };
+    for (const Case& c : std::vector<Case>{
+             {"missing.png", "out.png", "", 3, "cannot read " + file("missing.png") + ": no such file"},
+             {"text.png", "out.png", "", 3, "cannot read " + file("text.png")},
+             {"in.png", "out.png", "missing.txt", 3, "cannot read preset " + file("missing.txt")},
+             {"in.png", "no/such/dir/out.png", "", 4,
+              "cannot write " + file("no/such/dir/out.png") + ": no directory"},
+             {"in.png", "out.xyz", "", 4, "no image format goes by the extension \".xyz\""}}) {
+        const std::vector<std::string> preset = {"--preset", file(c.preset)};
+        const RunResult result =
+            render(file(c.in), file(c.out), c.preset.empty() ? std::vector<std::string>{} : preset);
+        EXPECT_EQ(result.code, c.code) << c.message;
+        EXPECT_THAT(result.err, HasSubstr(c.message));
+    }
     EXPECT_THAT(filesPresent(), ElementsAre("in.png", "text.png"));
-}
-
-TEST_F(RenderFiles, UnwritableOutputsFailBeforeTheRender) {
-    RunResult result = render(file("in.png"), file("no/such/dir/out.png"));
-    EXPECT_EQ(result.code, 4);
-    EXPECT_THAT(result.err, HasSubstr("cannot write " + file("no/such/dir/out.png") + ": no directory"));
-
-    result = render(file("in.png"), file("out.xyz"));
-    EXPECT_EQ(result.code, 4);
-    EXPECT_THAT(result.err, HasSubstr("no image format goes by the extension \".xyz\""));
-    EXPECT_THAT(filesPresent(), ElementsAre("in.png"));
 }
 
 TEST_F(RenderFiles, AFailedWriteLeavesNoFileBehind) {
@@ -83,15 +81,11 @@ TEST_F(RenderFiles, ACancelledRenderWritesNothingAndKeepsAnEarlierOutput) {
 }
 
 TEST_F(RenderFiles, DownsampledRendersAreSmaller) {
-    ASSERT_EQ(render(file("in.png"), file("half.png"), {"--downsample", "0.5"}).code, 0);
-    TestImage<uint8_t> out = readImage<uint8_t>(file("half.png"));
-    EXPECT_EQ(out.width, 4);
-    EXPECT_EQ(out.height, 3);
-
-    ASSERT_EQ(render(file("in.png"), file("wide.png"), {"--downsample", "0.25,1"}).code, 0);
-    out = readImage<uint8_t>(file("wide.png"));
-    EXPECT_EQ(out.width, 2);
-    EXPECT_EQ(out.height, 6);
+    for (const auto& [factors, width, height] : {std::tuple{"0.5", 4, 3}, std::tuple{"0.25,1", 2, 6}}) {
+        ASSERT_EQ(render(file("in.png"), file("small.png"), {"--downsample", factors}).code, 0);
+        const TestImage<uint8_t> out = readImage<uint8_t>(file("small.png"));
+        EXPECT_EQ(std::pair(out.width, out.height), std::pair(width, height)) << factors;
+    }
 }
 
 // The default ramp runs from yellow at the left edge to blue beyond the right one, its last piece
@@ -158,5 +152,5 @@ TEST_F(RenderFiles, FramesOfASequenceAfterTheFirstTakeNoNewPixelMemory) {
     EXPECT_TRUE(std::filesystem::exists(file("out.0003.png")));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx
