@@ -22,16 +22,15 @@
 
 namespace Tw::Image {
 
-// What one processor run holds: the running sums along the rows, and the table, their running sums down
-// the columns, both over the table's rectangle; and the map as the boxes read it, which is a copy in the
+// What one processor run holds: the table over its rectangle, built in place (CompoundBlurTable.h); and
+// the map as the boxes read it, which is a copy in the
 // frame's format when the host gave it in another. The table lies within a border of one cell of zeros,
 // which is what the boxes read for a cell outside it.
 struct CompoundBlurRun {
     template <class Host>
     CompoundBlurRun(Host& host, const ImageBuffer& source, const ImageBuffer& givenMap,
                     const ImageBuffer& output, const PixelRect& region)
-        : rowSums(&host), tableWithBorder(&host), table(&host), mapCopy(&host), map(&givenMap) {
-        rowSums.allocate(region, floatFormatLike(source));
+        : tableWithBorder(&host), table(&host), mapCopy(&host), map(&givenMap) {
         tableWithBorder.allocate(region.grown(1, 1), floatFormatLike(source));
         tableWithBorder.clearOutside(tableWithBorder.rect, region);
         table.viewOf(tableWithBorder, region);
@@ -42,7 +41,6 @@ struct CompoundBlurRun {
         }
     }
 
-    ImageBuffer rowSums;
     ImageBuffer tableWithBorder;
     ImageBuffer table;
     ImageBuffer mapCopy;
@@ -76,7 +74,7 @@ public:
     int passCount() const override { return 3; }
     uint64_t scratchBytes(const DeviceContext* /*device*/, const PixelRect& rect,
                           const ImageDescriptor& /*format*/) const override {
-        return 2 * regionBytes(inputRect(rect, 0), 4, ImageDescriptor::Float32);
+        return regionBytes(inputRect(rect, 0).grown(1, 1), 4, ImageDescriptor::Float32);
     }
 
     void compute(Host& host, ImageBuffer& output, ImageBuffer* const* inputs) override {
@@ -121,8 +119,8 @@ private:
     static int rowSumBands(uint32_t slice, uint32_t sliceCount, uint32_t threadIndex, void* closure) {
         auto& filter = *static_cast<CompoundBlurFilter*>(closure);
         HostProgress<Host> progress(*filter.host, threadIndex);
-        ImageBuffer& rowSums = filter.run_->rowSums;
-        compoundBlurRowSums(*filter.inputImages[0], rowSums, bandOf(rowSums.rect, slice, sliceCount),
+        ImageBuffer& table = filter.run_->table;
+        compoundBlurRowSums(*filter.inputImages[0], table, bandOf(table.rect, slice, sliceCount),
                             filter.host->cpuFeatures(), progress);
         return 0;
     }
@@ -130,8 +128,8 @@ private:
         auto& filter = *static_cast<CompoundBlurFilter*>(closure);
         HostProgress<Host> progress(*filter.host, threadIndex);
         ImageBuffer& table = filter.run_->table;
-        compoundBlurColumnSums(filter.run_->rowSums, table, columnBandOf(table.rect, slice, sliceCount),
-                               filter.host->cpuFeatures(), progress);
+        compoundBlurColumnSums(table, columnBandOf(table.rect, slice, sliceCount), filter.host->cpuFeatures(),
+                               progress);
         return 0;
     }
     static int boxBands(uint32_t slice, uint32_t sliceCount, uint32_t threadIndex, void* closure) {

@@ -1,7 +1,5 @@
 #include "image/filters/spatial/CompoundBlurTable.h"
 
-#include <cstring>
-
 #include "image/graph/ImageView.h"
 #include "image/graph/KernelDispatch.h"
 #include "image/graph/PixelSpans.h"
@@ -14,12 +12,12 @@ PixelFormat floatFormatLike(const ImageBuffer& image) {
     return positions && (*positions)[0] == 1 ? fourCC("ae32") : fourCC("BGra");
 }
 
-void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& rowSums, const PixelRect& band,
+void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& table, const PixelRect& band,
                          CpuFeatures features, Progress& progress) {
     dispatchDepthKernel(source, features, [&](auto layout, auto /*isa*/) {
         using T = typename decltype(layout)::Component;
         const ImageView<T> in = ImageView<T>::of(source);
-        const ImageView<float> sums = ImageView<float>::of(rowSums);
+        const ImageView<float> sums = ImageView<float>::of(table);
         const PixelRect covered = in.hasPixels() ? in.rect : PixelRect::empty();
         forEachRow(band, progress, [&](int32_t y) {
             // A pixel a vector: the sum runs along the row, each pixel adding to the one before.
@@ -42,28 +40,23 @@ void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& rowSums, const 
     });
 }
 
-void compoundBlurColumnSums(const ImageBuffer& rowSums, ImageBuffer& table, const PixelRect& band,
-                            CpuFeatures features, Progress& progress) {
+void compoundBlurColumnSums(ImageBuffer& table, const PixelRect& band, CpuFeatures features,
+                            Progress& progress) {
     dispatchVariant(features, [&](auto isa) {
         constexpr int kLanes = decltype(isa)::floatLanes;
-        const ImageView<float> sums = ImageView<float>::of(rowSums);
-        const ImageView<float> out = ImageView<float>::of(table);
+        const ImageView<float> sums = ImageView<float>::of(table);
         const int32_t components = band.isEmpty() ? 0 : 4 * band.width();
         // Row by row across the band's columns, so that every column of the band moves down together and
-        // memory is read in the order it lies.
+        // memory is read in the order it lies. The top row's sums are already its own.
         forEachRow(band, progress, [&](int32_t y) {
-            const float* add = sums.at(band.left, y);
-            float* to = out.at(band.left, y);
-            if (y == out.rect.top) {
-                std::memcpy(to, add, sizeof(float) * static_cast<std::size_t>(components));
-                return;
-            }
-            const float* above = out.at(band.left, y - 1);
+            if (y == sums.rect.top) return;
+            float* to = sums.at(band.left, y);
+            const float* above = sums.at(band.left, y - 1);
             int32_t i = 0;
             for (; i + kLanes <= components; i += kLanes)
-                storeStored<kLanes>(to + i, loadStored<kLanes>(above + i) + loadStored<kLanes>(add + i));
+                storeStored<kLanes>(to + i, loadStored<kLanes>(above + i) + loadStored<kLanes>(to + i));
             for (; i < components; i += 4)
-                storeStored<4>(to + i, loadStored<4>(above + i) + loadStored<4>(add + i));
+                storeStored<4>(to + i, loadStored<4>(above + i) + loadStored<4>(to + i));
         });
     });
 }

@@ -1,8 +1,8 @@
-// The summed-area table behind CompoundBlurFilter, built in two stages over the table's rectangle: the
-// running sums along each row, then the running sums of those down each column. Both hold four floats a
-// pixel in the source's component order, and sum the components as the source stores them (8-bit and
-// 16-bit values are not scaled to fractions). The kernels take the processor's features and a progress
-// sink rather than the host, so that they compile once, in CompoundBlurTable.cpp.
+// The summed-area table behind CompoundBlurFilter, built in place in two stages over the table's
+// rectangle: the running sums along each row, then the running sums of those down each column. It holds
+// four floats a pixel in the source's component order, and sum the components as the source stores them
+// (8-bit and 16-bit values are not scaled to fractions). The kernels take the processor's features and a
+// progress sink rather than the host, so that they compile once, in CompoundBlurTable.cpp.
 //
 // The sums are plain float additions, left to right and top to bottom, with no compensation, so a sum is
 // exact only while it stays a whole number of at most 2^24. Integer frames are exact up to there: at 8
@@ -25,14 +25,15 @@ namespace Tw::Image {
 // the rest.
 PixelFormat floatFormatLike(const ImageBuffer& image);
 
-// For each row of `band`: `rowSums` at x is the sum of `source` from the left of `rowSums` up to and
+// For each row of `band`: `table` at x becomes the sum of `source` from the left of `table` up to and
 // including x. A pixel outside `source` adds nothing.
-void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& rowSums, const PixelRect& band,
+void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& table, const PixelRect& band,
                          CpuFeatures features, Progress& progress);
 
-// For the columns of `band`, a band of whole columns: `table` at y is the sum of `rowSums` from the top of
-// `table` up to and including y.
-void compoundBlurColumnSums(const ImageBuffer& rowSums, ImageBuffer& table, const PixelRect& band,
-                            CpuFeatures features, Progress& progress);
+// For the columns of `band`, a band of whole columns, once every row of `table` holds its row sums: `table`
+// at y becomes the sum of those row sums from the top of `table` up to and including y, row after row
+// down, each row adding the finished one above it.
+void compoundBlurColumnSums(ImageBuffer& table, const PixelRect& band, CpuFeatures features,
+                            Progress& progress);
 
 }  // namespace Tw::Image
