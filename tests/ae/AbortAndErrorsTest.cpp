@@ -103,5 +103,5 @@ TEST(AbortAndErrors, ARefusedAllocationEndsInOutOfMemoryWithNothingLeft) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

@@ -180,5 +180,5 @@ TEST_F(ArbitraryData, ASubCommandPastTheLastDoesNothing) {
     EXPECT_EQ(host.handles().liveCount(), 0u);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

@@ -82,5 +82,5 @@ TEST(BundleLink, ItExportsExactlyTheEntryPoints) {
     EXPECT_EQ(functions, expected) << symbols;
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

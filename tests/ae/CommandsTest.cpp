@@ -63,5 +63,5 @@ TEST(Commands, ValuesSurviveASecondParameterSetupByIdentifier) {
     EXPECT_THAT(host.faults(), IsEmpty());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

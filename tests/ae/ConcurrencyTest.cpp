@@ -87,5 +87,5 @@ TEST(Concurrency, FramesRenderedAtOnceMatchFramesRenderedAlone) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

@@ -144,5 +144,5 @@ TEST(GlobalSetup, AHostWithoutSuitesGetsNoFormatsAndNoError) {
     EXPECT_THAT(host.faults(), IsEmpty());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

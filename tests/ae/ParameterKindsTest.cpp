@@ -205,5 +205,5 @@ TEST(ParameterKinds, AnIndexPastTheListIsAnErrorWithAMessage) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

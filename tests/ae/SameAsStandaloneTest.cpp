@@ -204,5 +204,5 @@ TEST(SameAsStandalone, HostsWithOtherThreadsAndSuitesRenderTheSamePixels) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

@@ -210,4 +210,4 @@ TEST(AeSdkLayout, ConstantValues) {
     EXPECT_EQ(twMultiCharConstant('S', '!', 'F', 'd'), 0x53214664);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL

@@ -178,5 +178,5 @@ TEST(SimulatedHost, IterateGenericRunsOncePerWorkerOnTheCallerAndStopsAtAnError)
     EXPECT_THAT(host.faults(), IsEmpty());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

@@ -220,5 +220,5 @@ TEST(SmartRender, BlendWithoutALayerPassesTheInputThrough) {
     EXPECT_THAT(host->faults(), IsEmpty());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

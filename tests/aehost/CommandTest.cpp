@@ -134,5 +134,5 @@ TEST_F(Aehost, TheHostsSwitchesReachTheRender) {
     EXPECT_EQ(written->spec().height, 256);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

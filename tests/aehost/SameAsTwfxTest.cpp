@@ -98,5 +98,5 @@ TEST_F(SameAsTwfx, TheRetouchChainOnThePortrait) {
     EXPECT_NE(bundle, pixelsOf(kPortrait, spec));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::AeHost

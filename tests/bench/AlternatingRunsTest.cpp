@@ -68,5 +68,5 @@ TEST(PeakMemoryTest, CountsWhatTheCallTouchesAtItsHighestAndNotWhatWasResidentBe
     EXPECT_LT(reused, 0.1 * kBytes);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Bench

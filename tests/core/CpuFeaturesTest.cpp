@@ -31,5 +31,5 @@ TEST(CpuFeatures, WordAgreesWithTheProcessor) {
 }
 #endif
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

@@ -213,5 +213,5 @@ TEST(ImageBuffer, RowTooLongForAStrideThrowsBadAlloc) {
     EXPECT_FALSE(image.hasStorage());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

@@ -135,5 +135,5 @@ TEST(ImageCopy, OnlyTheIntersectionIsWritten) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

@@ -31,5 +31,5 @@ TEST(ImageDescriptor, FlagsSayWhetherRowsRunLikeTheOutputFrame) {
     EXPECT_EQ(flags(upward), 2);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

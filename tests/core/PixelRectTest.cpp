@@ -67,5 +67,5 @@ TEST(PixelRect, GrowingAndMovingStopAtTheCoordinateRange) {
     EXPECT_TRUE(PixelRect::infinite().grown(5, 5).isInfinite());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

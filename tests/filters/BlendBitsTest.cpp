@@ -132,5 +132,5 @@ TEST(BlendBits, EveryModeGivesItsRecordedBitsInEveryVariant) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -128,5 +128,5 @@ TEST(CIECC, CorrectionsInSeriesFoldIntoOne) {
     EXPECT_FLOAT_EQ(second.lightness, 0.625f);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

@@ -274,5 +274,5 @@ TEST(ColorKeyCC, KeysTheColourBeforeItsCorrection) {
     EXPECT_NEAR(after[2], before[2], 1e-4);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

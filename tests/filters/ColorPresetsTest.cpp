@@ -141,5 +141,5 @@ TEST(ColorPresets, AsksOnlyForTheChosenLayer) {
     EXPECT_TRUE(requests.empty());
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

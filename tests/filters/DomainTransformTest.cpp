@@ -347,5 +347,5 @@ TEST(DomainTransformGraph, NoReachOrNoIterationsPassesTheInputThrough) {
     EXPECT_TRUE(render(image, {4, 4, 0.1f, 0}, image.rect) == pixels);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

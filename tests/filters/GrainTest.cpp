@@ -96,5 +96,5 @@ TEST(Grain, AnIsolatedDifferenceIsRestoredInFullAtAmountOne) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

@@ -109,5 +109,5 @@ TEST(LightBurst, ARadiusOfNothingFadesToTransparentBlack) {
     EXPECT_EQ(faded(fourCC("ae32"), 0.8), -0.8f * 0.25f + 0.8f);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

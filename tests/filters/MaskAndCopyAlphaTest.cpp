@@ -128,5 +128,5 @@ TEST(CopyAlpha, TwoInSeriesFoldIntoOne) {
     EXPECT_THAT(last.inputs, testing::ElementsAre(&lc, &l2));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

@@ -72,5 +72,5 @@ TEST(MedianNetwork, FloatsIncludingExtremes) {
     expectMedianOfEveryWindow<float, 4>(wide, 10);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

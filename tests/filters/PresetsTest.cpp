@@ -133,5 +133,5 @@ TEST(Presets, UseMaskChoicesRenderAsSavedProjectsExpect) {
     EXPECT_NE(presets.render(true), normal);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -72,5 +72,5 @@ TEST(ShineFilter, OnlyDarkensAndNoScaleDropsTheNode) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

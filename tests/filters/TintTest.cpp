@@ -131,5 +131,5 @@ TEST(Tint, ValuesWorkedByHand) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

@@ -374,5 +374,5 @@ TEST_P(HostsTest, MeltRetouchesAsTwfxRetouchDoes) {
 INSTANTIATE_TEST_SUITE_P(Settings, HostsTest,
                          ::testing::Values(Settings::Defaults, Settings::Busy, Settings::Varied), nameOf);
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Host::Frei0r

@@ -148,5 +148,5 @@ TEST(ParamMapping, OnlyRecordsWithAControlAHostShowsHaveAKind) {
     EXPECT_EQ(layer.params.getInt(0), 0);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Host::Frei0r

@@ -25,5 +25,5 @@ TEST(PluginFileName, FallsBackOnCapitalsWhereTheDisplayNameSpellsSomethingElse) 
     EXPECT_EQ(pluginFileName("CIECCEntry", "CIE-C"), "tw_ciecc");
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Host::Frei0r

@@ -283,5 +283,5 @@ TEST(PluginInstance, ReadsBackWhatTheHostSetOrWhatTheRangeLimitedItTo) {
     instance.setParameter(-1, HostValue{});
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Host::Frei0r

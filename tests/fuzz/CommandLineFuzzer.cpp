@@ -8,12 +8,12 @@
 #include <variant>
 #include <vector>
 
-#include "tools/twfx/CommandLine.h"
-#include "tools/twfx/EffectLookup.h"
-#include "tools/twfx/FrameSequence.h"
 #include "tools/common/ParameterLabels.h"
 #include "tools/common/ParameterValues.h"
 #include "tools/common/ToolError.h"
+#include "tools/twfx/CommandLine.h"
+#include "tools/twfx/EffectLookup.h"
+#include "tools/twfx/FrameSequence.h"
 
 namespace Twfx = Tw::Tools::Twfx;
 
@@ -25,8 +25,9 @@ void resolve(const Twfx::RenderRequest& request) {
     Twfx::defineParameters(effect, params);
     std::ostringstream warnings;
     for (const Twfx::Assignment& setting : request.settings) {
-        Tw::Tools::setParameterFromText(params, Tw::Tools::findParameter(params, setting.label, effect.displayName),
-                                   setting.value, warnings);
+        Tw::Tools::setParameterFromText(params,
+                                        Tw::Tools::findParameter(params, setting.label, effect.displayName),
+                                        setting.value, warnings);
     }
     for (const Twfx::Assignment& layer : request.layers)
         Tw::Tools::findParameter(params, layer.label, effect.displayName);

@@ -10,9 +10,9 @@
 #include <sstream>
 #include <string>
 
+#include "tools/common/ToolError.h"
 #include "tools/twfx/EffectLookup.h"
 #include "tools/twfx/Presets.h"
-#include "tools/common/ToolError.h"
 
 namespace {
 

@@ -110,5 +110,5 @@ TEST(GraphReduction, TotalPassesCountsEachReachableNodeOnce) {
     EXPECT_EQ(last.totalPasses(), 4u);  // the layer counts 0
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

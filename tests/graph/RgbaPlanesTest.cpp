@@ -89,5 +89,5 @@ TEST(RgbaPlanes, IntegersAreTruncatedAndKeepTheirLowBits) {
     EXPECT_EQ(words[0], 4464);  // 0x11170 & 0xffff
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

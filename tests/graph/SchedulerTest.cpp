@@ -226,5 +226,5 @@ TEST_F(SchedulerTest, AbortFromTheProgressCallbackUnwindsAndReleasesEveryImage) 
     EXPECT_THROW(host.checkAbort(3), Tw::Interrupted);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Test

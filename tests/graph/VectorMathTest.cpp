@@ -130,5 +130,5 @@ TEST(VectorMath, SineAndCosineFollowTheCLibrary) {
     EXPECT_LT(worstCosine, 2);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Image

@@ -285,4 +285,4 @@ TEST(ParamRecordDeclarations, PopupItemCodesAreOnePerItem) {
     EXPECT_THROW(output.withItemCodes({0}), std::invalid_argument);
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL

@@ -173,5 +173,5 @@ TEST(DeclaredSettings, BusyOnesChangeTheFrameAndNeutralOnesGiveItBack) {
     }
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Plugins

@@ -231,5 +231,5 @@ TEST(WorkerPool, ACallerFindingThePoolBusyRunsItsSlicesItself) {
     EXPECT_THAT(slices, ElementsAre(Slice{0, 0}, Slice{1, 0}, Slice{2, 0}));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Host::Standalone

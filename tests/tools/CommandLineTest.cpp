@@ -90,5 +90,5 @@ TEST_F(CommandLine, SequencesNeedPatternsAndFrames) {
         "the output of a sequence needs a frame number pattern");
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

@@ -60,5 +60,5 @@ TEST_F(Layers, ALargerLayerIsCutToTheInput) {
             EXPECT_EQ(out.values[static_cast<std::size_t>((y * 6 + x) * 3)], greyAt(x, y)) << x << "," << y;
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

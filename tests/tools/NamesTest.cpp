@@ -137,5 +137,5 @@ TEST_F(Names, UnknownLabelsInSetAndLayer) {
     EXPECT_THAT(filesPresent(), Not(::testing::Contains("out.png")));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

@@ -143,5 +143,5 @@ TEST_F(ParameterValues, LayersTakeAnImageNotAValue) {
     EXPECT_THAT(message, HasSubstr("--layer"));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

@@ -182,5 +182,5 @@ TEST_F(Preset, TextColoursPointsAndAnotherEffectsLabels) {
     EXPECT_EQ(params.getString(0), "kept");
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

@@ -38,5 +38,5 @@ TEST_F(ProgressOfARender, ShowsOnlyWhenStandardErrorIsATerminal) {
     EXPECT_THAT(shown.err, HasSubstr("100%"));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

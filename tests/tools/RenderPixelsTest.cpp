@@ -140,5 +140,5 @@ TEST_F(RenderPixels, GreyAndAlphaFilesKeepTheirChannels) {
                                                     mappedInteger(200, 255), 255));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

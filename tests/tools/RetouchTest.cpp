@@ -75,5 +75,5 @@ TEST_F(Retouch, SetsEitherEffectsParametersByLabel) {
     EXPECT_THAT(named.err, HasSubstr("retouch takes no effect name"));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx

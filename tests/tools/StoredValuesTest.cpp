@@ -91,5 +91,5 @@ TEST_F(StoredValues, PremultipliedAlphaConvertsOnTheWayInAndOut) {
     EXPECT_THAT(readImage<float>(file("out.exr")).values, ElementsAre(0.5f, 0.5f, 0.5f, 0.5f));
 }
 
-}  // namespace
+}  // namespace TW_FILE_LOCAL
 }  // namespace Tw::Tools::Twfx
