@@ -134,14 +134,13 @@ TEST(AutoBalance, LevelsAtTheEndsOfTheHistogram) {
 TEST(AutoBalance, AnEmptyInputLeavesTransparentBlack) {
     // Equal levels map nothing: black stays black, although To Low would lift it.
     AutoBalancePlugin<StandaloneHost> effect;
+    Param::Parameters params;
+    effect.defineParameters(params);
+    apply(params, {10, 90, 20, 90, true});
     ImageBuffer in;
-    in.allocate(Image::PixelRect::empty(), fourCC("ae32"));
-    const auto out = Tw::Test::renderEffectImage(
-        effect, in,
-        [](Param::Parameters& params) {
-            apply(params, {10, 90, 20, 90, true});
-        },
-        {}, Image::PixelRect{0, 0, 11, 1});
+    ImageBuffer out;
+    out.allocate({0, 0, 11, 1}, fourCC("ae32"));
+    ASSERT_EQ(effect.render(params, in, out), 0);
     EXPECT_EQ(pixelsOf(out), std::vector<Pixel>(11, Pixel{0, 0, 0, 0}));
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <optional>
 #include <tuple>
 #include <vector>
@@ -28,12 +27,7 @@ using BlurNode = Image::GaussianBlurFilter<StandaloneHost>;
 using Layer = Image::FilterLayer<StandaloneHost>;
 using Test::BareHost;
 using Test::componentsOf;
-
-// Component c of pixel (x, y) is value(x, y, c), a fraction of white; integer formats round it.
-ImageBuffer makeImage(const PixelRect& rect, PixelFormat format,
-                      const std::function<double(int, int, int)>& value) {
-    return Test::fractionImage(rect, format, value);
-}
+using Test::fractionImage;
 
 double fractionAt(const ImageBuffer& image, int x, int y, int c) {
     return Test::componentAt(image, x, y, c) / Image::formatMaximum(image.pixelFormat());
@@ -82,8 +76,8 @@ double constantGain(const Image::GaussianBlurCoefficients& c) {
 
 TEST(GaussianBlur, AnImpulseSpreadsAsASampledGaussian) {
     for (const double sigma : {2.5, 6.0}) {
-        ImageBuffer in = makeImage({0, 0, 101, 101}, fourCC("ae32"),
-                                   [](int x, int y, int) { return x == 50 && y == 50 ? 1.0 : 0.0; });
+        ImageBuffer in = fractionImage({0, 0, 101, 101}, fourCC("ae32"),
+                                       [](int x, int y, int) { return x == 50 && y == 50 ? 1.0 : 0.0; });
         const ImageBuffer out = renderBlur(in, sigma);
         const double peak = gaussian(0, sigma) * gaussian(0, sigma);
         double sum = 0;
@@ -104,7 +98,7 @@ TEST(GaussianBlur, AnImpulseSpreadsAsASampledGaussian) {
 // the corner, and it fades within a few sigma. Elsewhere a flat picture stays flat.
 TEST(GaussianBlur, FlatStaysFlatButForTheRightAndBottomEdges) {
     const double sigma = 4, level = 0.6;
-    ImageBuffer in = makeImage({0, 0, 120, 100}, fourCC("ae32"), [&](int, int, int) { return level; });
+    ImageBuffer in = fractionImage({0, 0, 120, 100}, fourCC("ae32"), [&](int, int, int) { return level; });
     const ImageBuffer out = renderBlur(in, sigma);
     const auto c = Image::makeGaussianBlurCoefficients(sigma, 0);
     // Deriche's fit passes a constant at very nearly its level, once per pass.
@@ -135,7 +129,7 @@ TEST(GaussianBlur, FlatStaysFlatButForTheRightAndBottomEdges) {
 TEST(GaussianBlur, TheLeftEdgeContinuesItsLocalMean) {
     const double sigma = 5;
     const auto row = [](int x) { return x < 6 ? 0.9 : 0.1 + 0.002 * x; };
-    ImageBuffer in = makeImage({0, 0, 120, 2}, fourCC("ae32"), [&](int x, int, int) { return row(x); });
+    ImageBuffer in = fractionImage({0, 0, 120, 2}, fourCC("ae32"), [&](int x, int, int) { return row(x); });
     const ImageBuffer out = renderNode(in, static_cast<float>(sigma), 0);
 
     const auto weights = Image::makeGaussianBlurCoefficients(sigma, 0).weights;
@@ -153,7 +147,7 @@ TEST(GaussianBlur, TheLeftEdgeContinuesItsLocalMean) {
 // Fewer samples than weights: the edge means use the weights there are, and the line keeps its level
 // but for the brightening at its end, which here reaches all of it.
 TEST(GaussianBlur, ALineShorterThanTheReachKeepsItsLevel) {
-    ImageBuffer in = makeImage({0, 0, 5, 60}, fourCC("ae32"), [](int, int, int) { return 0.5; });
+    ImageBuffer in = fractionImage({0, 0, 5, 60}, fourCC("ae32"), [](int, int, int) { return 0.5; });
     const ImageBuffer out = renderNode(in, 10, 0);
     for (int x = 0; x < 5; ++x) {
         EXPECT_GE(fractionAt(out, x, 10, 0), 0.5) << x;
@@ -181,7 +175,8 @@ TEST(GaussianBlur, FirstDerivativeOfARampIsItsSlope) {
     const auto c = Image::makeGaussianBlurCoefficients(sigma, 1);
     for (const double sign : {1.0, -1.0}) {
         const auto ramp = [&](int x) { return 0.5 + sign * slope * (x - 80); };
-        ImageBuffer in = makeImage({0, 0, 160, 2}, fourCC("ae32"), [&](int x, int, int) { return ramp(x); });
+        ImageBuffer in =
+            fractionImage({0, 0, 160, 2}, fourCC("ae32"), [&](int x, int, int) { return ramp(x); });
         const ImageBuffer out = renderNode(in, static_cast<float>(sigma), 0, 1);
         for (int x = 40; x < 120; ++x) {
             const double expected = sign * slope * derivativeGain(1, sigma) + constantGain(c) * ramp(x);
@@ -191,7 +186,7 @@ TEST(GaussianBlur, FirstDerivativeOfARampIsItsSlope) {
     // Negative responses clamp to 0 where components are integers.
     for (const PixelFormat format : {fourCC("argb"), fourCC("Bgra")}) {
         ImageBuffer falling =
-            makeImage({0, 0, 160, 2}, format, [&](int x, int, int) { return 0.9 - 0.004 * x; });
+            fractionImage({0, 0, 160, 2}, format, [&](int x, int, int) { return 0.9 - 0.004 * x; });
         const ImageBuffer out = renderNode(falling, static_cast<float>(sigma), 0, 1);
         for (int x = 20; x < 160; ++x)
             ASSERT_EQ(fractionAt(out, x, 1, 1), 0.0) << Image::formatDepth(format) << " " << x;
@@ -202,8 +197,8 @@ TEST(GaussianBlur, FirstDerivativeOfARampIsItsSlope) {
 // response falls somewhat short of the sampled derivative's, the more so the narrower it is.
 TEST(GaussianBlur, SecondDerivativeOfAParabolaAndOfARamp) {
     const double sigma = 8, curvature = 0.00005;
-    ImageBuffer parabola = makeImage({0, 0, 161, 2}, fourCC("ae32"),
-                                     [&](int x, int, int) { return curvature * (x - 80) * (x - 80); });
+    ImageBuffer parabola = fractionImage({0, 0, 161, 2}, fourCC("ae32"),
+                                         [&](int x, int, int) { return curvature * (x - 80) * (x - 80); });
     const double ideal = curvature * derivativeGain(2, sigma);
     const double got = fractionAt(renderNode(parabola, static_cast<float>(sigma), 0, 2), 80, 0, 0);
     EXPECT_GT(got, 0.8 * ideal);
@@ -211,7 +206,7 @@ TEST(GaussianBlur, SecondDerivativeOfAParabolaAndOfARamp) {
 
     // A ramp has no curvature: what is left is the recursion's gain for a constant.
     const auto ramp = [](int x) { return 0.1 + 0.002 * x; };
-    ImageBuffer in = makeImage({0, 0, 161, 2}, fourCC("ae32"), [&](int x, int, int) { return ramp(x); });
+    ImageBuffer in = fractionImage({0, 0, 161, 2}, fourCC("ae32"), [&](int x, int, int) { return ramp(x); });
     const double leak = constantGain(Image::makeGaussianBlurCoefficients(sigma, 2)) * ramp(80);
     EXPECT_NEAR(fractionAt(renderNode(in, static_cast<float>(sigma), 0, 2), 80, 0, 0), leak, 1e-5);
 }
@@ -219,7 +214,7 @@ TEST(GaussianBlur, SecondDerivativeOfAParabolaAndOfARamp) {
 // A derivative line starts from nothing at both ends, so a flat line shows a step up at its left end and
 // a step down at its right one.
 TEST(GaussianBlur, DerivativesSeeEdgesAsSteps) {
-    ImageBuffer in = makeImage({0, 0, 80, 2}, fourCC("ae32"), [](int, int, int) { return 0.5; });
+    ImageBuffer in = fractionImage({0, 0, 80, 2}, fourCC("ae32"), [](int, int, int) { return 0.5; });
     const ImageBuffer out = renderNode(in, 3, 0, 1);
     const double middle = fractionAt(out, 40, 0, 0);
     EXPECT_GT(fractionAt(out, 1, 0, 0) - middle, 0.01);
@@ -238,8 +233,8 @@ TEST(Blur, TinyRadiiLeaveThePictureAlone) {
     EXPECT_TRUE(effect.chainIsActive(params, {0, 0, 10, 10}));
 
     // Values no blur could give back unchanged, had it run.
-    ImageBuffer floats = makeImage({0, 0, 23, 9}, fourCC("ae32"),
-                                   [](int x, int y, int c) { return 1.7 * testPattern(x, y, c) - 0.3; });
+    ImageBuffer floats = fractionImage({0, 0, 23, 9}, fourCC("ae32"),
+                                       [](int x, int y, int c) { return 1.7 * testPattern(x, y, c) - 0.3; });
     const std::vector<double> original = componentsOf(floats);
     EXPECT_EQ(componentsOf(renderBlur(floats, 0)), original);
     EXPECT_EQ(componentsOf(renderBlur(floats, 0.001)), original);
@@ -247,12 +242,12 @@ TEST(Blur, TinyRadiiLeaveThePictureAlone) {
     for (std::size_t i = 0; i < original.size(); ++i)
         ASSERT_NEAR(nearly[i], original[i], 1e-3 * std::fabs(original[i]) + 3e-4) << i;
 
-    ImageBuffer bytes = makeImage({0, 0, 23, 9}, fourCC("argb"), testPattern);
+    ImageBuffer bytes = fractionImage({0, 0, 23, 9}, fourCC("argb"), testPattern);
     EXPECT_EQ(componentsOf(renderBlur(bytes, 0.2)), componentsOf(bytes));
 }
 
 TEST(Blur, RadiiShrinkWithTheDownsampledFrame) {
-    ImageBuffer in = makeImage({0, 0, 41, 33}, fourCC("Bgra"), testPattern);
+    ImageBuffer in = fractionImage({0, 0, 41, 33}, fourCC("Bgra"), testPattern);
     EXPECT_EQ(componentsOf(renderBlur(in, 8, {.downsampleX = 0.5, .downsampleY = 0.5})),
               componentsOf(renderBlur(in, 4)));
     EXPECT_EQ(componentsOf(renderBlur(in, 8, {.downsampleX = 0.25, .downsampleY = 1})),
@@ -280,7 +275,7 @@ TEST(Glow, ABrightBarInAFlatFrame) {
     EXPECT_LT(across, 0);
     EXPECT_GT(across, -0.01);
     for (const PixelFormat format : {fourCC("ae32"), fourCC("Bgra"), fourCC("argb"), fourCC("ae16")}) {
-        ImageBuffer in = makeImage({0, 0, 160, 100}, format, level);
+        ImageBuffer in = fractionImage({0, 0, 160, 100}, format, level);
         const ImageBuffer out = renderBlur<GlowPlugin>(in, 3);
         const bool floats = Image::formatMaximum(format) == 1;
         EXPECT_GT(fractionAt(out, 37, 40, 1), 0.01);
@@ -295,7 +290,7 @@ TEST(Glow, ABrightBarInAFlatFrame) {
 // Unlike "Blur", "Glow" takes its radius in the pixels of the frame it renders, whatever the host's
 // downsampling.
 TEST(Glow, TheRadiusIsInRenderedPixelsAtAnyDownsampling) {
-    ImageBuffer in = makeImage({0, 0, 41, 33}, fourCC("BGra"), testPattern);
+    ImageBuffer in = fractionImage({0, 0, 41, 33}, fourCC("BGra"), testPattern);
     const std::vector<double> full = componentsOf(renderBlur<GlowPlugin>(in, 3));
     EXPECT_EQ(componentsOf(renderBlur<GlowPlugin>(in, 3, {.downsampleX = 0.5, .downsampleY = 0.5})), full);
     EXPECT_EQ(componentsOf(renderNode(in, 3, 3, 2, 0)), full);
@@ -352,10 +347,10 @@ TEST(GaussianBlur, EveryDepthAndOrderGivesTheSamePicture) {
     // Kept clear of white, which the brightening at the right and bottom edges would pass in float only.
     const auto belowWhite = [](int x, int y, int c) { return 0.85 * testPattern(x, y, c); };
     for (const PixelFormat format : Tw::Test::kEveryFormat) {
-        ImageBuffer in = makeImage({0, 0, 37, 29}, format, belowWhite);
+        ImageBuffer in = fractionImage({0, 0, 37, 29}, format, belowWhite);
         // The same values in float, where nothing rounds between the passes and at the end.
-        ImageBuffer exact =
-            makeImage(in.rect, fourCC("ae32"), [&](int x, int y, int c) { return fractionAt(in, x, y, c); });
+        ImageBuffer exact = fractionImage(in.rect, fourCC("ae32"),
+                                          [&](int x, int y, int c) { return fractionAt(in, x, y, c); });
         const std::vector<double> expected = componentsOf(renderBlur(exact, 2.5));
         const std::vector<double> got = componentsOf(renderBlur(in, 2.5));
         const double white = Image::formatMaximum(format);
@@ -367,13 +362,13 @@ TEST(GaussianBlur, EveryDepthAndOrderGivesTheSamePicture) {
 // The node unsplit runs both passes itself, through a temporary, and may write over its input.
 TEST(GaussianBlur, TheUnsplitNodeGivesTheSplitGraphsPixelsEvenInPlace) {
     for (const PixelFormat format : {fourCC("argb"), fourCC("BGra")}) {
-        ImageBuffer in = makeImage({0, 0, 45, 31}, format, testPattern);
+        ImageBuffer in = fractionImage({0, 0, 45, 31}, format, testPattern);
         for (const float radiusY : {3.0f, 0.0f}) {
             const std::vector<double> expected = componentsOf(renderNode(in, 2.5f, radiusY));
             BareHost host;
             Layer layer(&in);
             BlurNode node(layer, 2.5f, radiusY, 0, 0, 0);
-            ImageBuffer copy = makeImage(in.rect, format, testPattern);
+            ImageBuffer copy = fractionImage(in.rect, format, testPattern);
             ImageBuffer* const inputs[] = {&copy};
             node.compute(host, copy, inputs);
             EXPECT_EQ(componentsOf(copy), expected) << radiusY;
@@ -382,7 +377,7 @@ TEST(GaussianBlur, TheUnsplitNodeGivesTheSplitGraphsPixelsEvenInPlace) {
 }
 
 TEST(GaussianBlur, OutputBeyondTheInputIsTransparentBlack) {
-    ImageBuffer in = makeImage({10, 5, 30, 25}, fourCC("ae32"), [](int, int, int) { return 0.5; });
+    ImageBuffer in = fractionImage({10, 5, 30, 25}, fourCC("ae32"), [](int, int, int) { return 0.5; });
     const ImageBuffer out = renderBlur(in, 2, {.outputRect = PixelRect{0, 0, 40, 30}});
     EXPECT_EQ(fractionAt(out, 5, 15, 0), 0.0);
     EXPECT_EQ(fractionAt(out, 35, 15, 3), 0.0);

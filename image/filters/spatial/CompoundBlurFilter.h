@@ -22,10 +22,9 @@
 
 namespace Tw::Image {
 
-// What one processor run holds: the table over its rectangle, built in place (CompoundBlurTable.h); and
-// the map as the boxes read it, which is a copy in the
-// frame's format when the host gave it in another. The table lies within a border of one cell of zeros,
-// which is what the boxes read for a cell outside it.
+// What one processor run holds: the table over its rectangle, built in place (CompoundBlurTable.h), and
+// the map as the boxes read it, which is a copy in the frame's format when the host gave it in another. The
+// table lies within a border of one cell of zeros, which is what the boxes read for a cell outside it.
 struct CompoundBlurRun {
     template <class Host>
     CompoundBlurRun(Host& host, const ImageBuffer& source, const ImageBuffer& givenMap,

@@ -1,6 +1,6 @@
 // The summed-area table behind CompoundBlurFilter, built in place in two stages over the table's
 // rectangle: the running sums along each row, then the running sums of those down each column. It holds
-// four floats a pixel in the source's component order, and sum the components as the source stores them
+// four floats a pixel in the source's component order, and sums the components as the source stores them
 // (8-bit and 16-bit values are not scaled to fractions). The kernels take the processor's features and a
 // progress sink rather than the host, so that they compile once, in CompoundBlurTable.cpp.
 //
