@@ -19,7 +19,7 @@ namespace Tw::Image {
 // Vectors of pixels that kernels with long chains of dependent operations (colour conversions) work on
 // side by side, each step of the chain over all of them before the next, so that the processor overlaps
 // the chains instead of waiting on each.
-inline constexpr int kBlocksAbreast = 2;
+inline constexpr int kBlocksAbreast = 3;
 
 // Calls apply(inputs, output) for `BlockPixels` pixels at a time; inputs and output address the first
 // components of a block. `output` may be an input's own pixels.

@@ -14,13 +14,41 @@
 
 namespace Tw::Image {
 
-// c[0] x^(N-1) + c[1] x^(N-2) + ... + c[N-1], by Horner's rule.
+namespace Detail {
+
+// Estrin's scheme on coefficients that are vectors already: neighbouring terms pair up as c x + d, and
+// the pairs form a polynomial of half the degree in x^2. Its chain of dependent operations grows with the
+// logarithm of the degree rather than with the degree, as Horner's rule's does.
+template <int Lanes, std::size_t N>
+[[gnu::always_inline]] inline FloatVector<Lanes> estrin(FloatVector<Lanes> x,
+                                                        const FloatVector<Lanes> (&c)[N]) {
+    if constexpr (N == 1) {
+        return c[0];
+    } else {
+        constexpr std::size_t kPairs = (N + 1) / 2;
+        FloatVector<Lanes> pairs[kPairs];
+        // Pairs are taken from the constant term up, so an odd leading coefficient stands alone.
+#pragma GCC unroll 8
+        for (std::size_t j = 0; j < N / 2; ++j)
+            pairs[kPairs - 1 - j] = c[N - 2 - 2 * j] * x + c[N - 1 - 2 * j];
+        if constexpr (N % 2 == 1) pairs[0] = c[0];
+        return estrin<Lanes, kPairs>(x * x, pairs);
+    }
+}
+
+}  // namespace Detail
+
+// c[0] x^(N-1) + c[1] x^(N-2) + ... + c[N-1]. The terms above the constant are summed by Estrin's scheme
+// and the constant is added last, as Horner's rule adds it: where the constant term dominates, as in the
+// series below, the result then takes a single rounding at its own scale.
 template <int Lanes, std::size_t N>
 [[gnu::always_inline]] inline FloatVector<Lanes> polynomial(FloatVector<Lanes> x, const float (&c)[N]) {
-    FloatVector<Lanes> p = FloatVector<Lanes>{} + c[0];
-    for (std::size_t i = 1; i < N; ++i)
-        p = p * x + c[i];
-    return p;
+    static_assert(N >= 2);
+    FloatVector<Lanes> coefficients[N - 1];
+#pragma GCC unroll 16
+    for (std::size_t i = 0; i + 1 < N; ++i)
+        coefficients[i] = FloatVector<Lanes>{} + c[i];
+    return Detail::estrin<Lanes, N - 1>(x, coefficients) * x + c[N - 1];
 }
 
 namespace Detail {
