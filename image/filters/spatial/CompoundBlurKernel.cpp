@@ -14,12 +14,12 @@ namespace {
 
 // Where the boxes of Lanes neighbouring pixels meet the table. The table sums the source up to and
 // including a cell, so the sum of everything before a box edge at e lies in cell e - 1, and a corner
-// interpolates between that cell and the next. Per edge: those two cells (`left` and `leftNext`, ...),
-// every one of them within the table's border of zeros, and the weight of the next one; and one over each
+// interpolates between that cell and the next. Per edge: the first of those two cells (`left`, ...),
+// within the table's border of zeros with the next one, and the weight of the next one; and one over each
 // box's area.
 template <int Lanes>
 struct Boxes {
-    IntVector<Lanes> left, leftNext, right, rightNext, top, topNext, bottom, bottomNext;
+    IntVector<Lanes> left, right, top, bottom;
     FloatVector<Lanes> leftWeight, rightWeight, topWeight, bottomWeight;
     FloatVector<Lanes> inverseArea;
 };
@@ -38,20 +38,16 @@ template <int Lanes>
     return above < high ? above : IntVector<Lanes>{} + high;
 }
 
-// An edge `edge` cells into a table of `size` cells: the cells its corner reads and the weight of the
-// second. A cell outside the table moves to the border just beyond it, whose zeros are what any cell
-// outside reads; within a table whose coordinates floats hold exactly, edges cut to the table need no
-// move, but no edge can ever reach past the border.
+// An edge `edge` cells into a table of `size` cells: the first cell its corner reads and the weight of
+// the next. Edges cut to the table lie within it, and within a table whose coordinates floats hold exactly
+// they need no move; the cells are kept within the border all the same, so that no edge can read past it.
 template <int Lanes>
 [[gnu::always_inline]] inline void placeEdge(FloatVector<Lanes> edge, int32_t size, IntVector<Lanes>& cell,
-                                             IntVector<Lanes>& next, FloatVector<Lanes>& weight) {
+                                             FloatVector<Lanes>& weight) {
     const FloatVector<Lanes> whole = roundDown<Lanes>(edge);
     weight = edge - whole;
     // Beyond the range of an integer, conversion gives the least one, which moves to the border too.
-    const IntVector<Lanes> wholeCell =
-        within<Lanes>(__builtin_convertvector(whole, IntVector<Lanes>), 0, size + 1);
-    cell = wholeCell - 1;
-    next = within<Lanes>(wholeCell, -1, size);
+    cell = within<Lanes>(__builtin_convertvector(whole, IntVector<Lanes>), 0, size) - 1;
 }
 
 // The rectangle of the table's cells, in frame coordinates, as the box edges are cut to it, and its size.
@@ -74,17 +70,21 @@ template <int Lanes>
     const F bottom = (within<Lanes>(((row + h) + 1.0f) - 1.0f, table.top, table.lastRow) + 1.0f) - table.top;
     Boxes<Lanes> b;
     b.inverseArea = 1.0f / ((bottom - top) * (right - left));
-    placeEdge<Lanes>(left, table.width, b.left, b.leftNext, b.leftWeight);
-    placeEdge<Lanes>(right, table.width, b.right, b.rightNext, b.rightWeight);
-    placeEdge<Lanes>(top, table.height, b.top, b.topNext, b.topWeight);
-    placeEdge<Lanes>(bottom, table.height, b.bottom, b.bottomNext, b.bottomWeight);
+    placeEdge<Lanes>(left, table.width, b.left, b.leftWeight);
+    placeEdge<Lanes>(right, table.width, b.right, b.rightWeight);
+    placeEdge<Lanes>(top, table.height, b.top, b.topWeight);
+    placeEdge<Lanes>(bottom, table.height, b.bottom, b.bottomWeight);
     return b;
 }
 
-// The cells of two corners on one row of the table, the first in lanes 0 to 3, the second in 4 to 7.
-[[gnu::always_inline]] inline FloatVector<8> cellPair(const float* row, int32_t first, int32_t second) {
-    return __builtin_shufflevector(loadStored<4>(row + 4 * first), loadStored<4>(row + 4 * second), 0, 1, 2,
-                                   3, 4, 5, 6, 7);
+// The corners of a box on one row of the table, the left in lanes 0 to 3 and the right in 4 to 7, as
+// `from`, and the cells after each as `to`: each corner and the cell after it are read as one.
+[[gnu::always_inline]] inline void cellPairs(const float* row, int32_t left, int32_t right,
+                                             FloatVector<8>& from, FloatVector<8>& to) {
+    const FloatVector<8> lefts = loadStored<8>(row + 4 * left);
+    const FloatVector<8> rights = loadStored<8>(row + 4 * right);
+    from = __builtin_shufflevector(lefts, rights, 0, 1, 2, 3, 8, 9, 10, 11);
+    to = __builtin_shufflevector(lefts, rights, 4, 5, 6, 7, 12, 13, 14, 15);
 }
 
 // Four times `a`, then four times `b`.
@@ -128,19 +128,18 @@ public:
             for (int k = 0; k < count; ++k, out += 4) {
                 // The left and the right corner of a box side by side, along the rows first, then down.
                 const Pair acrossWeights = weightPair(b.leftWeight[k], b.rightWeight[k]);
-                const auto along = [&](int32_t row) {
-                    const float* cells = tableRow(row);
-                    const Pair from = cellPair(cells, b.left[k], b.right[k]);
-                    const Pair to = cellPair(cells, b.leftNext[k], b.rightNext[k]);
+                const auto along = [&](const float* cells) {
+                    Pair from, to;
+                    cellPairs(cells, b.left[k], b.right[k], from, to);
                     return from + (to - from) * acrossWeights;
                 };
-                const auto corners = [&](int32_t row, int32_t nextRow, float downWeight) {
-                    const Pair upper = along(row);
-                    const Pair lower = along(nextRow);
+                const auto corners = [&](int32_t row, float downWeight) {
+                    const Pair upper = along(tableRow(row));
+                    const Pair lower = along(tableRow(row + 1));
                     return upper + (lower - upper) * downWeight;
                 };
-                const Pair top = corners(b.top[k], b.topNext[k], b.topWeight[k]);
-                const Pair bottom = corners(b.bottom[k], b.bottomNext[k], b.bottomWeight[k]);
+                const Pair top = corners(b.top[k], b.topWeight[k]);
+                const Pair bottom = corners(b.bottom[k], b.bottomWeight[k]);
                 const FloatVector<4> sum =
                     FloatVector<4>(__builtin_shufflevector(bottom, bottom, 4, 5, 6, 7)) -
                     FloatVector<4>(__builtin_shufflevector(bottom, bottom, 0, 1, 2, 3)) -
