@@ -194,6 +194,32 @@ private:
     bool invert_;
 };
 
+// Columns per strip of the output. The boxes of a row of pixels read the table's rows up to the
+// largest radius above and below it; across a whole frame those rows outgrow the core's own cache, and
+// each row would come from further away for every pixel. A strip's share of them stays in that cache from
+// one row of the strip to the next.
+constexpr int32_t kStripColumns = 128;
+
+// Calls processRow(strip, y) for the rows of each strip of `band`, strip after strip, reporting after
+// rows 0, 32, 64, ... of each, which is also where an abort takes effect.
+template <class ProcessRow>
+void forEachStripRow(const PixelRect& band, Progress& progress, ProcessRow&& processRow) {
+    if (band.isEmpty()) return;
+    const int64_t height = band.height();
+    const int64_t strips = (int64_t{band.width()} + kStripColumns - 1) / kStripColumns;
+    for (int64_t s = 0; s < strips; ++s) {
+        const int32_t left = band.left + static_cast<int32_t>(s * kStripColumns);
+        const auto right = static_cast<int32_t>(std::min<int64_t>(band.right, int64_t{left} + kStripColumns));
+        const PixelRect strip{left, band.top, right, band.bottom};
+        for (int32_t k = 0; k < height; ++k) {
+            processRow(strip, band.top + k);
+            if (k % 32 == 0)
+                progress.progress(static_cast<uint64_t>(s * height + k),
+                                  static_cast<uint64_t>(strips * height));
+        }
+    }
+}
+
 }  // namespace
 
 void compoundBlurBand(ImageBuffer& output, const ImageBuffer& table, const ImageBuffer& map,
@@ -203,9 +229,9 @@ void compoundBlurBand(ImageBuffer& output, const ImageBuffer& table, const Image
         const BoxMeans<decltype(layout), kPixelLanes<decltype(isa)>> means(output, table, map, radiusX,
                                                                            invert);
         const PixelRect mapped = means.map().hasPixels() ? means.map().rect : PixelRect::empty();
-        forEachRow(band, progress, [&](int32_t y) {
+        forEachStripRow(band, progress, [&](const PixelRect& strip, int32_t y) {
             forEachInputSpan(
-                band, y, mapped, [&](int32_t begin, int32_t end) { means.run(y, begin, end, true); },
+                strip, y, mapped, [&](int32_t begin, int32_t end) { means.run(y, begin, end, true); },
                 [&](int32_t begin, int32_t end) { means.run(y, begin, end, false); });
         });
     });
