@@ -20,8 +20,8 @@ CROSS_PACKAGES := g++-i686-linux-gnu g++-aarch64-linux-gnu qemu-user googletest
 PREFIX ?= /usr/local
 
 # The fuzz targets of tests/fuzz, built with clang and libFuzzer in a tree of their own: `make fuzz` runs
-# each for FUZZ_SECONDS. What a run finds goes to FUZZ_DIR. `make test` replays their corpora in its own
-# builds, sanitised ones included, without clang.
+# each for FUZZ_SECONDS. What a run finds goes to FUZZ_DIR. `make test` replays their corpora in its
+# sanitised build, without clang.
 FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 60
 FUZZ_TARGETS := preset command_line image_file arbitrary_data
