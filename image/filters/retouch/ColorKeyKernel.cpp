@@ -19,19 +19,18 @@ void colorKeyBand(ImageBuffer& output, const ImageBuffer& a, const ImageBuffer& 
                 const F m = keyed.strengths[k];
                 const F(&bs)[4] = keyed.planes[k];
                 F as[4], outs[4];
-                if (result == ColorKeyOutput::MaskInAll) {
-                    for (int c = 0; c < 4; ++c)
-                        outs[c] = m * ComponentTraits<T>::white;
-                } else if (result == ColorKeyOutput::MaskInColour) {
-                    loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
-                    for (int c = 0; c < 4; ++c)
-                        outs[c] = m * ComponentTraits<T>::white;
-                    outs[places.alpha] = as[places.alpha];
-                } else {
+                if (result == ColorKeyOutput::Mix) {
                     loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
                     for (int c = 0; c < 4; ++c)
                         outs[c] = (bs[c] - as[c]) * m + as[c];
                     if (baseAlpha) outs[places.alpha] = as[places.alpha];
+                } else {
+                    for (int c = 0; c < 4; ++c)
+                        outs[c] = m * ComponentTraits<T>::white;
+                    if (result == ColorKeyOutput::MaskInColour) {
+                        loadPixelPlanes<Lanes>(first + 4 * Lanes * k, as);
+                        outs[places.alpha] = as[places.alpha];
+                    }
                 }
                 storePixelPlanes<Lanes>(out + 4 * Lanes * k, outs);
             }
