@@ -132,14 +132,18 @@ Pixel boxMean(const ImageBuffer& source, int32_t x, int32_t y, int h) {
 }
 
 TEST(CompoundBlur, FollowsTheBoxArithmeticAtEveryDepth) {
-    // A map smaller than the frame and off its origin; a radius whose boxes have fractional edges.
+    // A map smaller than the frame and off its origin; radii whose boxes have fractional edges, the
+    // larger reaching past the whole frame, so that the table is summed whole rather than by each worker.
     const PixelRect frame{-5, 3, 66, 52};
     for (const PixelFormat format : kGridFormats) {
         for (const bool invert : {false, true}) {
-            SCOPED_TRACE(testing::Message() << Image::formatDepth(format) << " " << invert);
-            const ImageBuffer source = patternImage(frame, format, 1);
-            ImageBuffer map = patternImage({2, 0, 50, 40}, format, 2);
-            EXPECT_EQ(render(source, map, {6.5, invert}), boxArithmetic(source, map, 6.5f, invert));
+            for (const float radius : {6.5f, 40.5f}) {
+                SCOPED_TRACE(testing::Message()
+                             << Image::formatDepth(format) << " " << invert << " " << radius);
+                const ImageBuffer source = patternImage(frame, format, 1);
+                ImageBuffer map = patternImage({2, 0, 50, 40}, format, 2);
+                EXPECT_EQ(render(source, map, {radius, invert}), boxArithmetic(source, map, radius, invert));
+            }
         }
     }
 }

@@ -69,7 +69,8 @@ public:
         const auto& o = static_cast<const CompoundBlurFilter&>(other);
         return radiusX == o.radiusX && radiusY == o.radiusY && invert == o.invert;
     }
-    // Row sums, column sums and the boxes, each over the whole region in turn.
+    // Row sums, column sums and the boxes, each over the whole region in turn; where each worker sums the
+    // columns it reads as it goes (compoundBlurSumsInWindows), the second pass has nothing to do.
     int passCount() const override { return 3; }
     uint64_t scratchBytes(const DeviceContext* /*device*/, const PixelRect& rect,
                           const ImageDescriptor& /*format*/) const override {
@@ -97,13 +98,14 @@ public:
         levels.startNodePasses(3);
         host.thread(&CompoundBlurFilter::rowSumBands, this, 0);
         levels.finishNodePass();
-        host.thread(&CompoundBlurFilter::columnSumBands, this, 0);
+        if (!compoundBlurSumsInWindows(region, radiusX))
+            host.thread(&CompoundBlurFilter::columnSumBands, this, 0);
         levels.finishNodePass();
         host.thread(&CompoundBlurFilter::boxBands, this, 0);
         levels.finishNodePass();
     }
 
-    // A band of rows of the output, from the finished table.
+    // A band of the output, from the table (see compoundBlurBand).
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
         HostProgress<Host> progress(*this->host, threadIndex);
         compoundBlurBand(*this->outputImage, run_->table, *run_->map, band, this->host->cpuFeatures(),
@@ -133,7 +135,8 @@ private:
     }
     static int boxBands(uint32_t slice, uint32_t sliceCount, uint32_t threadIndex, void* closure) {
         auto& filter = *static_cast<CompoundBlurFilter*>(closure);
-        filter.computeTile(bandOf(filter.outputImage->rect, slice, sliceCount), threadIndex, sliceCount);
+        filter.computeTile(columnBandOf(filter.outputImage->rect, slice, sliceCount), threadIndex,
+                           sliceCount);
         return 0;
     }
 

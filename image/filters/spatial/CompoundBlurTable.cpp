@@ -50,13 +50,8 @@ void compoundBlurColumnSums(ImageBuffer& table, const PixelRect& band, CpuFeatur
         // memory is read in the order it lies. The top row's sums are already its own.
         forEachRow(band, progress, [&](int32_t y) {
             if (y == sums.rect.top) return;
-            float* to = sums.at(band.left, y);
-            const float* above = sums.at(band.left, y - 1);
-            int32_t i = 0;
-            for (; i + kLanes <= components; i += kLanes)
-                storeStored<kLanes>(to + i, loadStored<kLanes>(above + i) + loadStored<kLanes>(to + i));
-            for (; i < components; i += 4)
-                storeStored<4>(to + i, loadStored<4>(above + i) + loadStored<4>(to + i));
+            float* row = sums.at(band.left, y);
+            addRowAbove<kLanes>(row, sums.at(band.left, y - 1), row, components);
         });
     });
 }

@@ -15,9 +15,12 @@
 // white.
 #pragma once
 
+#include <cstdint>
+
 #include "image/core/CpuFeatures.h"
 #include "image/core/ImageBuffer.h"
 #include "image/graph/Progress.h"
+#include "image/graph/StoredVectors.h"
 
 namespace Tw::Image {
 
@@ -29,6 +32,18 @@ PixelFormat floatFormatLike(const ImageBuffer& image);
 // including x. A pixel outside `source` adds nothing.
 void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& table, const PixelRect& band,
                          CpuFeatures features, Progress& progress);
+
+// One row of the table summed down its columns: `to` = `above` + `sums`, for `count` floats, a multiple
+// of 4, Lanes at a time. `to` may be `sums`.
+template <int Lanes>
+[[gnu::always_inline]] inline void addRowAbove(float* to, const float* above, const float* sums,
+                                               int32_t count) {
+    int32_t i = 0;
+    for (; i + Lanes <= count; i += Lanes)
+        storeStored<Lanes>(to + i, loadStored<Lanes>(above + i) + loadStored<Lanes>(sums + i));
+    for (; i < count; i += 4)
+        storeStored<4>(to + i, loadStored<4>(above + i) + loadStored<4>(sums + i));
+}
 
 // For the columns of `band`, a band of whole columns, once every row of `table` holds its row sums: `table`
 // at y becomes the sum of those row sums from the top of `table` up to and including y, row after row
