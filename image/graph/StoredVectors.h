@@ -85,6 +85,26 @@ template <int Lanes, class T>
     std::memcpy(components, &v, Lanes * sizeof(T));
 }
 
+// Four floats to 16-byte aligned `to`, past the caches where the processor has such a store (x86): for
+// results that are read again only after more has been written than the caches hold, and whose stores
+// would otherwise first read each cache line they fill. Another thread may read them only after
+// streamedStoresDone().
+[[gnu::always_inline]] inline void storeStreamed(float* to, FloatVector<4> v) {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_movntps(to, v);
+#else
+    std::memcpy(to, &v, sizeof v);
+#endif
+}
+
+// Orders the streamed stores before every later store, such as the one that tells another thread they
+// are done.
+inline void streamedStoresDone() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_sfence();
+#endif
+}
+
 // Pixel k to `pixels[k]`.
 template <int Lanes, class T>
 [[gnu::always_inline]] inline void scatterStored(T* const (&pixels)[Lanes / 4], Stored<T, Lanes> v) {

@@ -20,7 +20,8 @@ void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& table, const Pi
         const ImageView<float> sums = ImageView<float>::of(table);
         const PixelRect covered = in.hasPixels() ? in.rect : PixelRect::empty();
         forEachRow(band, progress, [&](int32_t y) {
-            // A pixel a vector: the sum runs along the row, each pixel adding to the one before.
+            // A pixel a vector: the sum runs along the row, each pixel adding to the one before. The sums
+            // go past the caches: the boxes read them only once the whole table is written.
             FloatVector<4> running{};
             float* out = sums.at(band.left, y);
             forEachInputSpan(
@@ -29,14 +30,15 @@ void compoundBlurRowSums(const ImageBuffer& source, ImageBuffer& table, const Pi
                     const T* pixel = in.at(begin, y);
                     for (int32_t x = begin; x < end; ++x, pixel += 4, out += 4) {
                         running += loadFloats<4>(pixel);
-                        storeStored<4>(out, running);
+                        storeStreamed(out, running);
                     }
                 },
                 [&](int32_t begin, int32_t end) {
                     for (int32_t x = begin; x < end; ++x, out += 4)
-                        storeStored<4>(out, running);
+                        storeStreamed(out, running);
                 });
         });
+        streamedStoresDone();
     });
 }
 
