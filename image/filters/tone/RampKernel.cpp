@@ -22,8 +22,10 @@ struct RampPaint {
         for (int piece = 0; piece < 3; ++piece) {
             start[piece] = starts[piece];
             length[piece] = ends[piece] - starts[piece];
-            for (int c = 0; c < 3; ++c)
-                rise[piece][c] = ramp.colors[piece + 1][c] - ramp.colors[piece][c];
+            for (int c = 0; c < 3; ++c) {
+                from[c][piece] = ramp.colors[piece][c];
+                rise[c][piece] = ramp.colors[piece + 1][c] - ramp.colors[piece][c];
+            }
         }
     }
 
@@ -36,16 +38,22 @@ struct RampPaint {
         const auto afterLast = t >= 1.0f;
         const auto inFirst = ramp.amount1 > t;
         const auto inSecond = ramp.amount2 > t;
-        const auto pick = [&](const float(&byPiece)[3]) {
-            return inFirst ? F{} + byPiece[0] : inSecond ? F{} + byPiece[1] : F{} + byPiece[2];
+        // The piece, 0, 1 or 2 (comparisons give -1 where they hold), and each value by piece taken by
+        // that number from a vector that holds the three.
+        const IntVector<Lanes> piece = (2 + inSecond) & ~inFirst;
+        const auto pick = [&](const ByPiece& byPiece) {
+            static_assert(Lanes == 4 || Lanes == 8);
+            if constexpr (Lanes == 8)
+                return __builtin_shuffle(byPiece, piece);
+            else
+                return __builtin_shuffle(
+                    FloatVector<4>(__builtin_shufflevector(byPiece, byPiece, 0, 1, 2, 3)), piece);
         };
         // Where a test of the ends holds the weight goes unused, and it may be no number there.
         const F weight = (t - pick(start)) / pick(length);
         F out[3];
         for (int c = 0; c < 3; ++c) {
-            const float from[3] = {ramp.colors[0][c], ramp.colors[1][c], ramp.colors[2][c]};
-            const float rises[3] = {rise[0][c], rise[1][c], rise[2][c]};
-            const F between = pick(from) + pick(rises) * weight;
+            const F between = pick(from[c]) + pick(rise[c]) * weight;
             out[c] = beforeFirst ? F{} + ramp.colors[0][c] : afterLast ? F{} + ramp.colors[3][c] : between;
         }
         return {out[0], out[1], out[2]};
@@ -53,10 +61,11 @@ struct RampPaint {
 
     LinearRamp ramp;
     LinearRamp::Point direction;
-    // Per piece of the ramp: where it starts, how long it is, and how much each colour component rises
-    // over it.
-    float start[3], length[3];
-    float rise[3][3];
+    // Per piece of the ramp, in lanes 0 to 2: where it starts, how long it is, and for each colour
+    // component its value at the start and how much it rises over the piece.
+    using ByPiece = FloatVector<8>;
+    ByPiece start{}, length{};
+    ByPiece from[3]{}, rise[3]{};
 };
 
 }  // namespace
