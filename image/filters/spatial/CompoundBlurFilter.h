@@ -12,6 +12,7 @@
 // CompoundBlurTable.h): no setting makes the node an identity, so it is never passed over.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "image/filters/spatial/BlurFilterBase.h"
@@ -44,6 +45,8 @@ struct CompoundBlurRun {
     ImageBuffer table;
     ImageBuffer mapCopy;
     const ImageBuffer* map;
+    // The next strip of the output that a worker takes for the boxes.
+    std::atomic<int32_t> nextStrip{0};
 };
 
 template <class Host>
@@ -105,11 +108,10 @@ public:
         levels.finishNodePass();
     }
 
-    // A band of the output, from the table (see compoundBlurBand).
+    // A band of the output, from the table (see compoundBlurBand), by this worker alone.
     void computeTile(const PixelRect& band, uint32_t threadIndex, uint32_t /*threadCount*/) override {
-        HostProgress<Host> progress(*this->host, threadIndex);
-        compoundBlurBand(*this->outputImage, run_->table, *run_->map, band, this->host->cpuFeatures(),
-                         progress, radiusX, invert);
+        std::atomic<int32_t> nextStrip{0};
+        boxes(band, nextStrip, threadIndex);
     }
 
     float radiusX;
@@ -133,11 +135,17 @@ private:
                                progress);
         return 0;
     }
-    static int boxBands(uint32_t slice, uint32_t sliceCount, uint32_t threadIndex, void* closure) {
+    // The workers take the output's strips in turn.
+    static int boxBands(uint32_t /*slice*/, uint32_t /*sliceCount*/, uint32_t threadIndex, void* closure) {
         auto& filter = *static_cast<CompoundBlurFilter*>(closure);
-        filter.computeTile(columnBandOf(filter.outputImage->rect, slice, sliceCount), threadIndex,
-                           sliceCount);
+        filter.boxes(filter.outputImage->rect, filter.run_->nextStrip, threadIndex);
         return 0;
+    }
+
+    void boxes(const PixelRect& band, std::atomic<int32_t>& nextStrip, uint32_t threadIndex) {
+        HostProgress<Host> progress(*this->host, threadIndex);
+        compoundBlurBand(*this->outputImage, run_->table, *run_->map, band, nextStrip,
+                         this->host->cpuFeatures(), progress, radiusX, invert);
     }
 
     // The run under way, during `compute` only.

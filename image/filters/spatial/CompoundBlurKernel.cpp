@@ -1,6 +1,7 @@
 #include "image/filters/spatial/CompoundBlurKernel.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 
@@ -307,14 +308,15 @@ private:
     int32_t summed_ = -2;
 };
 
-// Calls processRow(strip, y) for the rows of each strip of `band`, strip after strip, reporting after
-// rows 0, 32, 64, ... of each, which is also where an abort takes effect.
+// Calls processRow(strip, y) for the rows of the strips of `band` that this worker takes, strip after
+// strip, reporting after rows 0, 32, 64, ... of each, which is also where an abort takes effect.
 template <class ProcessRow>
-void forEachStripRow(const PixelRect& band, Progress& progress, ProcessRow&& processRow) {
+void forEachStripRow(const PixelRect& band, std::atomic<int32_t>& nextStrip, Progress& progress,
+                     ProcessRow&& processRow) {
     if (band.isEmpty()) return;
     const int64_t height = band.height();
     const int64_t strips = (int64_t{band.width()} + kStripColumns - 1) / kStripColumns;
-    for (int64_t s = 0; s < strips; ++s) {
+    for (int64_t s = nextStrip++; s < strips; s = nextStrip++) {
         const int32_t left = band.left + static_cast<int32_t>(s * kStripColumns);
         const auto right = static_cast<int32_t>(std::min<int64_t>(band.right, int64_t{left} + kStripColumns));
         const PixelRect strip{left, band.top, right, band.bottom};
@@ -327,15 +329,15 @@ void forEachStripRow(const PixelRect& band, Progress& progress, ProcessRow&& pro
     }
 }
 
-// The pixels of `band`, strip after strip.
+// The pixels of the strips of `band` that this worker takes, strip after strip.
 template <class Layout, int Lanes>
 void boxMeansOf(ImageBuffer& output, const ImageBuffer& table, const ImageBuffer& map, const PixelRect& band,
-                Progress& progress, float radiusX, bool invert) {
+                std::atomic<int32_t>& nextStrip, Progress& progress, float radiusX, bool invert) {
     ColumnSums<Lanes> sums(table, radiusX);
     const BoxMeans<Layout, Lanes> means(output, map, table.rect, sums.rows(), radiusX, invert);
     const PixelRect mapped = means.map().hasPixels() ? means.map().rect : PixelRect::empty();
     CellSpan columns{};
-    forEachStripRow(band, progress, [&](const PixelRect& strip, int32_t y) {
+    forEachStripRow(band, nextStrip, progress, [&](const PixelRect& strip, int32_t y) {
         if (y == strip.top) columns = sums.startStrip(strip);
         const CellSpan rows = sums.rowsFor(y);
         forEachInputSpan(
@@ -353,11 +355,11 @@ bool compoundBlurSumsInWindows(const PixelRect& table, float radiusX) {
 }
 
 void compoundBlurBand(ImageBuffer& output, const ImageBuffer& table, const ImageBuffer& map,
-                      const PixelRect& band, CpuFeatures features, Progress& progress, float radiusX,
-                      bool invert) {
+                      const PixelRect& band, std::atomic<int32_t>& nextStrip, CpuFeatures features,
+                      Progress& progress, float radiusX, bool invert) {
     dispatchKernel(output, features, [&](auto layout, auto isa) {
-        boxMeansOf<decltype(layout), kPixelLanes<decltype(isa)>>(output, table, map, band, progress, radiusX,
-                                                                 invert);
+        boxMeansOf<decltype(layout), kPixelLanes<decltype(isa)>>(output, table, map, band, nextStrip,
+                                                                 progress, radiusX, invert);
     });
 }
 

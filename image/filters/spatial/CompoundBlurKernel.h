@@ -3,6 +3,8 @@
 // progress sink rather than the host, so that it compiles once, in CompoundBlurKernel.cpp.
 #pragma once
 
+#include <atomic>
+
 #include "image/core/CpuFeatures.h"
 #include "image/core/ImageBuffer.h"
 #include "image/core/PixelRect.h"
@@ -24,10 +26,13 @@ bool compoundBlurSumsInWindows(const PixelRect& table, float radiusX);
 // min(1, m) * radiusX, or with `invert` (0 above 1, else 1 - m) * radiusX, on both axes alike. The box
 // runs from x - h to x + h and y - h to y + h, cut to the table; its fractional edges read the table by
 // bilinear interpolation, a cell outside the table reading zero: `table` must lie within a border of one
-// cell of zeros in its storage. Integer results are limited to 0..white and cut toward zero. `band` is
-// best a band of whole columns: each worker sums the rows its strips read for itself.
+// cell of zeros in its storage. Integer results are limited to 0..white and cut toward zero.
+//
+// The output goes in strips of whole columns of `band`, each summing the rows it reads for itself. Workers
+// that share `band` and `nextStrip` (from 0) take its strips in turn until none is left, so a worker that
+// gets less of the processor does fewer of them, and the pixels are the same whoever does which.
 void compoundBlurBand(ImageBuffer& output, const ImageBuffer& table, const ImageBuffer& map,
-                      const PixelRect& band, CpuFeatures features, Progress& progress, float radiusX,
-                      bool invert);
+                      const PixelRect& band, std::atomic<int32_t>& nextStrip, CpuFeatures features,
+                      Progress& progress, float radiusX, bool invert);
 
 }  // namespace Tw::Image
