@@ -1,6 +1,5 @@
 # 32-bit x86 with Debian's cross compiler (g++-i686-linux-gnu); the programs run natively through the
-# cross libraries' own loader, so the machine needs no 32-bit system libraries. Where the kernel runs no
-# 32-bit programs (some virtual machines' kernels are built without them), they run under qemu-user.
+# cross libraries' own loader, so the machine needs no 32-bit system libraries.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(CMAKE_C_COMPILER i686-linux-gnu-gcc)
@@ -10,10 +9,4 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-execute_process(COMMAND /usr/i686-linux-gnu/lib/ld-linux.so.2 --version RESULT_VARIABLE tw_loader_result
-                OUTPUT_QUIET ERROR_QUIET)
-if(tw_loader_result EQUAL 0)
-  set(CMAKE_CROSSCOMPILING_EMULATOR /usr/i686-linux-gnu/lib/ld-linux.so.2 --library-path /usr/i686-linux-gnu/lib)
-else()
-  set(CMAKE_CROSSCOMPILING_EMULATOR qemu-i386 -L /usr/i686-linux-gnu)
-endif()
+set(CMAKE_CROSSCOMPILING_EMULATOR /usr/i686-linux-gnu/lib/ld-linux.so.2 --library-path /usr/i686-linux-gnu/lib)
