@@ -20,9 +20,9 @@ namespace {
 // Where the boxes of Lanes neighbouring pixels meet the table. The table sums the source up to and
 // including a cell, so the sum of everything before a box edge at e lies in cell e - 1, and a corner
 // interpolates between that cell and the next. Per edge, the first of those two cells: across, as the
-// offset in floats of its sums within a row of the column sums read; down, as the index of that row in
-// the rows read (which start at the table's border row, one above its top). Then the weight of the next
-// cell per edge, and one over each box's area.
+// offset in floats of its sums within a row of the column sums read; down, as the table row itself (-1 for
+// the border row above the table). Then the weight of the next cell per edge, and one over each box's
+// area.
 template <int Lanes>
 struct Boxes {
     IntVector<Lanes> left, right, top, bottom;
@@ -88,8 +88,6 @@ template <int Lanes>
     placeEdge<Lanes>(bottom, rows, b.bottom, b.bottomWeight);
     b.left = (b.left - columns.first) * 4;
     b.right = (b.right - columns.first) * 4;
-    b.top += 1;
-    b.bottom += 1;
     return b;
 }
 
@@ -108,8 +106,8 @@ template <int Lanes>
     return FloatVector<8>{a, a, a, a, b, b, b, b};
 }
 
-// The boxes of the pixels of a row, Lanes at a time, from column sums reached through `rows`: entry r + 1
-// is where the sums of table row r start, at the first cell of the span of columns being read. One form
+// The boxes of the pixels of a row, Lanes at a time, from column sums reached through `rows`: entry r, from
+// -1, is where the sums of table row r start, at the first cell of the span of columns being read. One form
 // serves every pixel, near the table's edges or not: what keeps a box's cells within the table is a few
 // vector comparisons per Lanes pixels (placeEdge), which a box wholly inside passes unchanged, so a second
 // form for such boxes would save next to nothing.
@@ -255,8 +253,9 @@ public:
                            : reinterpret_cast<float*>(table.pixels() + r * table.rowStride()) - 4;
     }
 
-    // Entry r + 1 is where the sums of table row r start, at the first cell of the columns read.
-    const float* const* rows() const { return rows_.as<float*>(); }
+    // Entry r, from -1 (the border row above the table) to the table's height (the one below it), is where
+    // the sums of table row r start, at the first cell of the columns read.
+    const float* const* rows() const { return rows_.as<float*>() + 1; }
 
     // The cells that the boxes of `strip` read: in a ring, those the boxes reach with one to spare on each
     // side, and never fewer than two; the ring starts again from the table's top.
@@ -285,7 +284,7 @@ public:
             else if (r == 0)
                 std::memcpy(to, rowSumsAt(r), bytes);
             else
-                addRowAbove<Lanes>(to, rows()[r], rowSumsAt(r), count);
+                addRowAbove<Lanes>(to, rows()[r - 1], rowSumsAt(r), count);
         }
         return {std::max(-1, summed_ - static_cast<int32_t>(window_.rows) + 1), summed_};
     }
